@@ -1,0 +1,43 @@
+# What every target of ours shares: language level, warnings, sanitizers, and one library a folder.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# The cross-built Qt decompresses no zstd.
+set(CMAKE_AUTORCC_OPTIONS "--no-zstd")
+
+set(VESMORA_SANITIZERS "" CACHE STRING "Sanitizers for our code and everything linked with it, e.g. address,undefined")
+
+add_library(vesmora_warnings INTERFACE)
+target_compile_options(vesmora_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_definitions(vesmora_warnings INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(VESMORA_SANITIZERS)
+    add_compile_options(-fsanitize=${VESMORA_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${VESMORA_SANITIZERS})
+endif()
+
+# The Win32 calls come from Windows, or from host/ where there is no Windows.
+add_library(vesmora_win32 INTERFACE)
+if(WIN32)
+    target_compile_definitions(vesmora_win32 INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
+    target_link_libraries(vesmora_win32 INTERFACE shell32)
+else()
+    target_link_libraries(vesmora_win32 INTERFACE vesmora_host)
+endif()
+
+# vesmora_add_library(NAME SOURCES file... [LINKS target...])
+#
+# A static library of one folder. Its include path is that folder alone, so a header can be included
+# only by those who link the library: a dependency against the arrows does not compile.
+function(vesmora_add_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_library(${name} STATIC ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE vesmora_warnings)
+endfunction()

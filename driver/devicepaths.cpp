@@ -1,0 +1,17 @@
+#include "devicepaths.h"
+
+#include "vesmoracontract.h"
+
+namespace {
+
+std::vector<std::wstring> listDevicePaths()
+{
+    std::vector<std::wstring> paths;
+    for (int bus = 0; bus < VESMORA_BUS_COUNT; ++bus)
+        paths.push_back(LR"(\\.\VesmoraAudioBus)" + std::to_wstring(bus));
+    return paths;
+}
+
+} // namespace
+
+const std::vector<std::wstring> devicePaths = listDevicePaths();
