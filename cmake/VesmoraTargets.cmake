@@ -24,7 +24,7 @@ endif()
 # The Win32 calls come from Windows, or from host/ where there is no Windows.
 add_library(vesmora_win32 INTERFACE)
 if(WIN32)
-    target_compile_definitions(vesmora_win32 INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
+    target_compile_definitions(vesmora_win32 INTERFACE UNICODE _UNICODE NOMINMAX)
     target_link_libraries(vesmora_win32 INTERFACE shell32)
 else()
     target_link_libraries(vesmora_win32 INTERFACE vesmora_host)

@@ -1,0 +1,127 @@
+#ifndef DEVICEPANEL_H
+#define DEVICEPANEL_H
+
+#include "button.h"
+#include "knob.h"
+#include "levelmeters.h"
+#include "mixermatrix.h"
+#include "stereooutput.h"
+#include "vesmoracontract.h"
+
+#include <QDebug>
+#include <QWidget>
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <span>
+
+class QBoxLayout;
+class QLabel;
+class QLayout;
+class QSettings;
+class VesmoraIoControl;
+
+/// What the mixer panels of all models share: the connection, the mixer block, the settings file,
+/// the level meters and the step from a control to the device and the file.
+///
+/// A model's constructor opens the device and, when that succeeds, the settings file, lays out its
+/// controls and replays their saved state. A panel whose device fails stays an empty widget.
+///
+/// A control's object name is its identity: a knob "Mic" is kept under "Dial/MicValue" (int, dB), a
+/// button "Mic48V" under "Button/Mic48VIsChecked" (bool). Every action goes to the device and then
+/// to the file, whether or not the device accepted it. Failures are logged and nothing else.
+class DevicePanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Closes the device, then the settings file.
+    ~DevicePanel() override;
+
+protected:
+    /// @p logSaves has every write to the settings file logged.
+    enum class Saves { Silent, Logged };
+    explicit DevicePanel(Saves saves = Saves::Silent);
+
+    /// Opens the panel's own connection; logs @p failure and returns false when there is none.
+    bool openDevice(const char *failure);
+    /// Sets the device's own volume of each of @p channels (1-based), in order. Only the last
+    /// answer counts: when it is a failure, logs it and returns false.
+    bool setOutputVolumes(std::initializer_list<std::uint8_t> channels);
+    /// Opens @p fileName, e.g. "/rx1.ini", in the program's data folder.
+    void openSettings(const QString &fileName);
+    /// Lays out @p inputs and @p outputs, columns from left to right, with a line between the two.
+    void layOutColumns(std::initializer_list<QLayout *> inputs,
+                       std::initializer_list<QLayout *> outputs);
+    /// Refreshes the meters every 500 ms from now on.
+    void startMeters();
+
+    using KnobAction = std::function<void(int db)>;
+    using ButtonAction = std::function<void(bool on)>;
+    struct VolumeActions {
+        KnobAction volume; ///< saves the knob itself, since mute and dim call it, too
+        ButtonAction mute;
+        ButtonAction dim;
+    };
+
+    // These place controls into a layout and connect each to its action. A control is saved after
+    // its action has run.
+    /// The gain of microphone @p channel (1-based), 0 to @p maximumDb, above its meter.
+    Knob *addGain(QBoxLayout *column, const QString &name, std::uint8_t channel, int maximumDb,
+                  LevelMeters::Source level);
+    /// Volume, mute and dim of one output; their names are made of @p name.
+    void addVolume(QBoxLayout *column, StereoOutput &output, const QString &name, QLabel *caption,
+                   const VolumeActions &actions);
+    /// The phone input's volume, its meter and @p caption in @p readout beside it.
+    Knob *addPhoneVolume(QBoxLayout *column, const QString &name, QBoxLayout *readout,
+                         QLabel *caption, const KnobAction &action);
+    Button *addButton(QBoxLayout *layout, Button *button, const ButtonAction &action);
+
+    /// Sets a control from the settings file as if the user had done it, so that the device and the
+    /// file receive it, too. @p initialDb holds when the file has no such key; buttons are off
+    /// then.
+    void restore(Knob *knob, int initialDb);
+    void restore(Button *button);
+    void finishRestore();
+
+    void save(const Knob *knob);
+
+    // The actions that models share; channels are 1-based.
+    void setMicGain(std::uint8_t channel, int db);
+    void setMicPad(std::uint8_t channel, bool on);
+    void setMicPhantom(std::uint8_t channel, bool on);
+    void setMonitor(std::span<const Route> routes, bool on);
+    /// Sends the level of @p db after mute and dim; returns whether the device took it.
+    bool sendVolume(const StereoOutput &output, int db);
+    bool sendRoutes(std::span<const Route> routes, double gain);
+
+    /// Logs @p success and @p value, or @p failure.
+    template <typename Value>
+    static void report(bool done, const char *success, const Value &value, const char *failure)
+    {
+        if (done)
+            qDebug() << success << value;
+        else
+            qDebug() << failure;
+    }
+    static void report(bool done, const char *success, const char *failure);
+
+    VesmoraIoControl &device() { return *m_device; }
+    MixerBlock &mixer() { return m_mixer; }
+
+private:
+    void bind(Knob *knob, const KnobAction &action);
+    void addMeter(QBoxLayout *layout, LevelMeters::Source level);
+    static QString keyOf(const Knob *knob);
+    static QString keyOf(const Button *button);
+    void save(const QString &key, const QVariant &value);
+
+    const Saves m_saves;
+    MixerBlock m_mixer{};
+    LevelMeters m_meters;
+    QSettings *m_settings = nullptr;
+    VesmoraIoControl *m_device = nullptr;
+};
+
+#endif

@@ -1,0 +1,50 @@
+#ifndef PANELPARTS_H
+#define PANELPARTS_H
+
+#include <QMargins>
+#include <QString>
+
+class Button;
+class Knob;
+class QFrame;
+class QHBoxLayout;
+class QLabel;
+class QVBoxLayout;
+
+/// The pieces from which every model's panel is built, each with the family's look. All are made
+/// without a parent: the layout they are added to adopts them.
+namespace panelparts {
+
+inline constexpr QMargins inputMargins{10, 10, 20, 10};
+inline constexpr QMargins outputMargins{20, 10, 10, 10};
+
+QVBoxLayout *column(const QMargins &margins);
+QVBoxLayout *centredColumn();
+QHBoxLayout *centredRow();
+QFrame *separator();
+
+QLabel *heading(const QString &text);
+QLabel *caption(const QString &text);
+QLabel *smallCaption(const QString &text);
+QLabel *meter();
+
+/// A microphone gain of 0 to @p maximumDb. @p name is the object name, as for all controls.
+Knob *gainKnob(const QString &name, int maximumDb);
+/// An output volume of -80 to 6 dB, at -80.
+Knob *volumeKnob(const QString &name);
+/// The small volume of -80 to 6 dB for the phone input, at -80.
+Knob *phoneKnob(const QString &name);
+
+/// A switch of an input, lit in @p accentColor.
+Button *inputButton(const QString &name, const QString &text, const QString &accentColor);
+/// A switch of an output: taller, lit in cyan.
+Button *outputButton(const QString &name, const QString &text);
+
+inline constexpr QLatin1StringView green("#00ff7f");
+inline constexpr QLatin1StringView orange("#ff7f00");
+inline constexpr QLatin1StringView red("#ff1111");
+inline constexpr QLatin1StringView cyan("#00FFFF");
+
+} // namespace panelparts
+
+#endif

@@ -1,0 +1,58 @@
+#ifndef RX2_H
+#define RX2_H
+
+#include "devicepanel.h"
+
+/// The mixer panel of the RX2: two microphone inputs, a speaker and a headphone output, each output
+/// with the phone input on a knob of its own. Its settings file is "rx2.ini".
+class rx2 : public DevicePanel
+{
+    Q_OBJECT
+
+public:
+    /// Connects to the device and brings it to the saved state.
+    rx2();
+
+private:
+    struct Input {
+        std::uint8_t channel; ///< 1-based
+        LevelMeters::Source level;
+        std::span<const Route> monitorRoutes; ///< to both sides of both outputs
+        Knob *gain = nullptr;
+        Button *pad = nullptr;
+        Button *phantom = nullptr;
+        Button *direct = nullptr;
+    };
+    /// The texts with which an output logs its changes.
+    struct OutputLog {
+        const char *volumeCalled;
+        const char *volumeSet;
+        const char *volumeFailed;
+        const char *phoneSet;
+    };
+    struct Output {
+        StereoOutput level;
+        std::span<const Route> phoneRoutes; ///< from the phone input
+        OutputLog log;
+        Knob *phone = nullptr;
+    };
+
+    QLayout *inputColumn(Input &input, const QString &title);
+    QLayout *speakerColumn();
+    QLayout *headphoneColumn();
+    void addPhone(QBoxLayout *column, Output &output, const QString &name, const QString &text);
+    void restoreState();
+
+    void setVolume(const Output &output, int db);
+    void setSpeakerMute(bool on);
+    void setHeadphoneMute(bool on);
+    void setDim(Output &output, bool on);
+    void setPhoneVolume(const Output &output, int db);
+
+    Input m_mic1;
+    Input m_mic2;
+    Output m_headphone;
+    Output m_speaker;
+};
+
+#endif

@@ -1,0 +1,207 @@
+#include "mainwindow.h"
+
+#include "rm.h"
+#include "rx1.h"
+#include "rx2.h"
+#include "settings.h"
+#include "vesmoraiocontrol.h"
+
+#include <QCloseEvent>
+#include <QDebug>
+#include <QLabel>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <iterator>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto detectInterval = 1000ms;
+constexpr auto pollInterval = 400ms;
+constexpr quint32 pollFailuresUntilLost = 3;
+
+constexpr char notConnected[] = QT_TRANSLATE_NOOP("MainWindow", "声卡未连接！");
+
+struct Model {
+    quint32 pid;
+    QWidget *(*createPanel)();
+    const char *layoutLog;
+    const char *title;
+};
+
+template <typename Panel> QWidget *create()
+{
+    return new Panel;
+}
+
+constexpr Model models[] = {
+    {VESMORA_PID_RX1, create<rx1>, "Adding rx1 widget to layout.",
+     "Vesmora RX1 - FW: %1%2%3%4%5%6%7%8%9%10"},
+    {VESMORA_PID_RX2, create<rx2>, "Adding rx2 widget to layout.",
+     "Vesmora RX2 - FW: %1%2%3%4%5%6%7%8%9%10"},
+    {VESMORA_PID_RM, create<rm>, "Adding rm widget to layout.",
+     "Vesmora RM - FW: %1%2%3%4%5%6%7%8%9%10"},
+};
+
+const Model *findModel(quint32 pid)
+{
+    const auto *model = std::find_if(std::begin(models), std::end(models),
+                                     [pid](const Model &model) { return model.pid == pid; });
+    return model == std::end(models) ? nullptr : model;
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+{
+    setCentralWidget(new QWidget(this));
+    setWindowFlags(Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+
+    detectTimer = new QTimer(this);
+    connect(detectTimer, &QTimer::timeout, this, &MainWindow::detectDevice);
+    detectTimer->start(detectInterval);
+    pollTimer = new QTimer(this);
+    connect(pollTimer, &QTimer::timeout, this, &MainWindow::pollDevice);
+    pollTimer->setInterval(pollInterval);
+
+    setWindowTitle(QStringLiteral("Vesmora Driver"));
+    setStyleSheet(QStringLiteral("QMainWindow { background-color: #2c313c; }"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    const QPixmap icon(QStringLiteral(":/icon/icon.png"));
+    if (!icon.isNull())
+        setWindowIcon(icon);
+
+    baseLayout = new QVBoxLayout(centralWidget());
+    baseLayout->setAlignment(Qt::AlignCenter);
+    // Untranslated here, translated when a device is lost.
+    showStatus(QString::fromUtf8(notConnected));
+}
+
+MainWindow::~MainWindow()
+{
+    delete meterDriver;
+}
+
+void MainWindow::detectDevice()
+{
+    // Kept open on the early returns below: only a look that finds nothing, or all, releases it.
+    auto *probe = new VesmoraIoControl;
+    probe->openDevice();
+    probe->getDevicePid(devicePid);
+    qDebug() << "Device PID:" << devicePid;
+    if (devicePid == 0) {
+        delete probe;
+        return;
+    }
+    clearLayout();
+
+    const Model *model = findModel(devicePid);
+    if (!model) {
+        qDebug() << "Unknown device PID:" << devicePid;
+        showStatus(QStringLiteral("未知设备，请检查连接！"));
+        return;
+    }
+    if (!settingsWindow->createDevice()) {
+        qDebug() << "Failed to connect to driver in settings window.";
+        startPolling();
+        return;
+    }
+    settingsWindow->initSettings();
+
+    QWidget *panel = model->createPanel();
+    panel->setParent(this);
+    baseLayout->addWidget(panel);
+    qDebug() << model->layoutLog;
+    update();
+
+    if (!readTitle(*probe, model->title)) {
+        qDebug() << "Failed to get firmware version.";
+        showStatus(QStringLiteral("获取固件版本失败，请检查连接！"));
+        return;
+    }
+    qDebug() << "Device found with PID:" << devicePid;
+    detectTimer->stop();
+    startPolling();
+    delete probe;
+}
+
+/// Fills @p pattern with the firmware version, a character a byte, and makes it the window's title.
+bool MainWindow::readTitle(VesmoraIoControl &probe, const char *pattern)
+{
+    quint8 version[VESMORA_FIRMWARE_VERSION_LENGTH] = {};
+    if (!probe.getFirmwareVersion(version, sizeof version))
+        return false;
+    QString title = QLatin1String(pattern);
+    for (const quint8 byte : version)
+        title = title.arg(QLatin1Char(static_cast<char>(byte)));
+    setWindowTitle(title);
+    return true;
+}
+
+void MainWindow::startPolling()
+{
+    meterDriver = new VesmoraIoControl;
+    meterDriver->openDevice();
+    pollTimer->start();
+}
+
+void MainWindow::pollDevice()
+{
+    if (meterDriver->getDevicePid(devicePid)) {
+        pidErrorCount = 0;
+        return;
+    }
+    ++pidErrorCount;
+    qDebug() << "Error reading device PID from driver, error count:" << pidErrorCount;
+    if (pidErrorCount >= pollFailuresUntilLost)
+        loseDevice();
+}
+
+/// Goes back to searching. The error count stays, so that a device which comes back and fails its
+/// first poll goes again at once.
+void MainWindow::loseDevice()
+{
+    pollTimer->stop();
+    delete meterDriver;
+    meterDriver = nullptr;
+    qDebug() << "Meter driver handle deleted.";
+    devicePid = 0;
+    settingsWindow->pendingInit = true;
+    clearLayout();
+    qDebug() << "Cleared all widgets from base layout.";
+    detectTimer->start();
+    showStatus(tr(notConnected));
+}
+
+void MainWindow::clearLayout()
+{
+    while (QLayoutItem *item = baseLayout->takeAt(0)) {
+        if (QWidget *widget = item->widget())
+            widget->deleteLater();
+        delete item;
+    }
+}
+
+void MainWindow::showStatus(const QString &text)
+{
+    statusLabel = new QLabel(text, this);
+    statusLabel->setStyleSheet(QStringLiteral("font-size: 12px; color: white;"));
+    baseLayout->addWidget(statusLabel);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+        hide();
+        event->ignore();
+        return;
+    }
+    // The window lives where start-up put it, which will destroy it: closing must not do so first.
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    QMainWindow::closeEvent(event);
+}
