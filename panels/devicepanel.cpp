@@ -28,6 +28,10 @@ DevicePanel::DevicePanel(Saves saves)
 
 DevicePanel::~DevicePanel()
 {
+    // A knob whose number is being edited commits it when it is hidden, which is too late for us.
+    const auto knobs = findChildren<Knob *>();
+    for (Knob *knob : knobs)
+        knob->disconnect(this);
     delete m_device;
     delete m_settings;
 }

@@ -1,0 +1,6 @@
+#include "binaryoutput.h"
+
+void useBinaryOutput()
+{
+    // Line ends are never changed here.
+}

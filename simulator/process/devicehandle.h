@@ -1,0 +1,28 @@
+#ifndef DEVICEHANDLE_H
+#define DEVICEHANDLE_H
+
+#include "deviceprotocol.h"
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+/// What a device answers to one request.
+struct Answer {
+    std::uint32_t error = 0; ///< Win32
+    std::vector<std::uint8_t> output;
+    std::chrono::milliseconds delay{0}; ///< to wait before the requester sees it
+};
+
+/// One open handle as the device sees it; destruction closes it.
+class DeviceHandle
+{
+public:
+    virtual ~DeviceHandle() = default;
+    /// A Win32 error, 0 for success. Called once, first.
+    virtual std::uint32_t open(const deviceprotocol::OpenRequest &request) = 0;
+    virtual Answer request(std::uint32_t code, const std::vector<std::uint8_t> &input,
+                           std::uint32_t outputLength) = 0;
+};
+
+#endif

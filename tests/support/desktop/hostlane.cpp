@@ -1,0 +1,154 @@
+#include "hostlane.h"
+
+#include "waiting.h"
+
+#include <QDir>
+#include <QSharedMemory>
+#include <QSystemSemaphore>
+
+namespace {
+
+/// Names the folder in which Qt's inter-process objects have their keys, for one scope.
+class TemporaryFolderScope
+{
+public:
+    explicit TemporaryFolderScope(const QString &folder)
+        : m_before(qgetenv("TMPDIR"))
+        , m_wasSet(qEnvironmentVariableIsSet("TMPDIR"))
+    {
+        qputenv("TMPDIR", folder.toLocal8Bit());
+    }
+
+    ~TemporaryFolderScope()
+    {
+        if (m_wasSet)
+            qputenv("TMPDIR", m_before);
+        else
+            qunsetenv("TMPDIR");
+    }
+
+    TemporaryFolderScope(const TemporaryFolderScope &) = delete;
+    TemporaryFolderScope &operator=(const TemporaryFolderScope &) = delete;
+
+private:
+    QByteArray m_before;
+    bool m_wasSet;
+};
+
+} // namespace
+
+// Short, because socket paths must be.
+HostLane::HostLane(const Desktop &desktop, const LanePrograms &programs)
+    : Lane(desktop, programs)
+    , m_temporary(QStringLiteral("/tmp/vesmora-XXXXXX"))
+    , m_folder(m_temporary.path())
+{ }
+
+HostLane::~HostLane()
+{
+    m_simulatorProcess.stop();
+    clearStaleMarkers();
+}
+
+bool HostLane::open()
+{
+    if (!makeFolders())
+        return fail(QStringLiteral("cannot create folders in %1").arg(m_folder));
+    clearStaleMarkers();
+    return startSimulator();
+}
+
+CommandResult HostLane::asio(const QStringList &arguments)
+{
+    return runCommand(programs().asio, arguments, environment());
+}
+
+CommandResult HostLane::simctl(const QStringList &arguments)
+{
+    return runCommand(programs().simctl, arguments, environment());
+}
+
+QString HostLane::settingsFolder() const
+{
+    return sub(QStringLiteral("data/VesmoraDriver"));
+}
+
+bool HostLane::startPanel(ChildProcess &process, const QString &program, const QString &locale)
+{
+    process.setProcessEnvironment(panelEnvironment(locale));
+    return process.launch(program, {});
+}
+
+void HostLane::killPanel(ChildProcess &process)
+{
+    process.stop();
+    clearStaleMarkers();
+}
+
+bool HostLane::makeFolders()
+{
+    const QDir folder(m_folder);
+    const QDir sockets(m_temporary.path());
+    constexpr auto ours = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    return m_temporary.isValid() && folder.mkpath(QStringLiteral("data"))
+        && folder.mkpath(QStringLiteral("tmp")) && sockets.mkpath(QStringLiteral("devices"))
+        && sockets.mkpath(QStringLiteral("runtime"))
+        && QFile::setPermissions(sockets.filePath(QStringLiteral("devices")), ours)
+        && QFile::setPermissions(sockets.filePath(QStringLiteral("runtime")), ours);
+}
+
+bool HostLane::startSimulator()
+{
+    m_simulatorProcess.setProcessEnvironment(environment());
+    if (!m_simulatorProcess.launch(programs().simulator, {}))
+        return fail(programs().simulator + QStringLiteral(": ") + m_simulatorProcess.errorString());
+    const bool answered = waitUntil([this] {
+        return m_simulatorProcess.canReadLine()
+            || m_simulatorProcess.state() == QProcess::NotRunning;
+    });
+    if (answered && m_simulatorProcess.readLine().trimmed() == "ready")
+        return true;
+    return fail(QStringLiteral("the simulator did not become ready: %1")
+                    .arg(QString::fromUtf8(m_simulatorProcess.readAllStandardError())));
+}
+
+/// A panel that was killed leaves its marker behind, and the next one would think that it still
+/// runs. The marker goes when its last user detaches; the semaphore when its creator ends.
+void HostLane::clearStaleMarkers() const
+{
+    const TemporaryFolderScope scope(sub(QStringLiteral("tmp")));
+    QSharedMemory marker(QStringLiteral("VesmoraQtDriverSharedMemory"));
+    if (!marker.attach())
+        return;
+    marker.detach();
+    if (!marker.attach())
+        const QSystemSemaphore semaphore(QStringLiteral("VesmoraQtDriverSemaphore"), 1,
+                                         QSystemSemaphore::Create);
+}
+
+QProcessEnvironment HostLane::environment() const
+{
+    QProcessEnvironment environment = desktop().environment();
+    environment.insert(QStringLiteral("VESMORA_HOST_DIR"),
+                       m_temporary.filePath(QStringLiteral("devices")));
+    return environment;
+}
+
+QProcessEnvironment HostLane::panelEnvironment(const QString &locale) const
+{
+    QProcessEnvironment environment = this->environment();
+    const QStringList names = environment.keys();
+    for (const QString &name : names) {
+        if (name.startsWith(QStringLiteral("LC_")) || name == QStringLiteral("LANGUAGE"))
+            environment.remove(name);
+    }
+    environment.insert(QStringLiteral("LANG"), locale);
+    environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("C.UTF-8"));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), sub(QStringLiteral("data")));
+    environment.insert(QStringLiteral("TMPDIR"), sub(QStringLiteral("tmp")));
+    environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
+    if (desktop().isPrivate())
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"),
+                           m_temporary.filePath(QStringLiteral("runtime")));
+    return environment;
+}

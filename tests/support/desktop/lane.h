@@ -1,0 +1,77 @@
+#ifndef LANE_H
+#define LANE_H
+
+#include "desktop.h"
+#include "panelprogram.h"
+#include "simulatorcontrol.h"
+
+#include <QString>
+
+#include <memory>
+
+/// Where the programs of a lane are.
+struct LanePrograms {
+    QString panel;
+    QString simulator; ///< the host's simulator process, or Windows' kernel driver
+    QString simctl;
+    QString asio;
+};
+
+/// One way to run the control panel with a simulated interface, in surroundings of its own: its
+/// settings, its single-instance marker and its device are nobody else's.
+class Lane
+{
+public:
+    Lane(const Desktop &desktop, const LanePrograms &programs);
+    virtual ~Lane();
+
+    /// The lane and programs that VESMORA_LANE ("host" or "windows"), VESMORA_PANEL,
+    /// VESMORA_SIMULATOR, VESMORA_SIMCTL and VESMORA_ASIO name.
+    static std::unique_ptr<Lane> fromEnvironment(const Desktop &desktop);
+
+    /// Makes the simulated interface ready, with nothing plugged.
+    virtual bool open() = 0;
+    QString errorString() const { return m_error; }
+
+    /// Starts a copy of the panel; null (see errorString()) when it does not start.
+    /// @p locale is for example "en_US".
+    std::unique_ptr<PanelProgram> launch(const QString &locale = QStringLiteral("en_US"));
+    /// As launch(), from a copy of the program's folder without translation files.
+    std::unique_ptr<PanelProgram> launchWithoutTranslations(const QString &locale);
+
+    SimulatorControl &simulator() { return m_simulator; }
+    /// Runs the program that plays the ASIO driver to its end.
+    virtual CommandResult asio(const QStringList &arguments) = 0;
+
+    /// Where the panel keeps its INI files.
+    virtual QString settingsFolder() const = 0;
+    QString settingsFile(const QString &name) const;
+    /// The value of a key in an INI file as it is on disk now; invalid when there is none.
+    QVariant setting(const QString &file, const QString &key) const;
+    /// Forgets all settings, as before the first start.
+    bool clearSettings();
+
+protected:
+    /// Runs one of the simulator's commands to its end.
+    virtual CommandResult simctl(const QStringList &arguments) = 0;
+    virtual ProgramLog::Encoding logEncoding() const = 0;
+    virtual bool startPanel(ChildProcess &process, const QString &program,
+                            const QString &locale) = 0;
+    virtual void killPanel(ChildProcess &process) = 0;
+    /// A folder of ours for copies of programs.
+    virtual QString scratchFolder() const = 0;
+
+    const Desktop &desktop() const { return m_desktop; }
+    const LanePrograms &programs() const { return m_programs; }
+    bool fail(const QString &why);
+
+private:
+    std::unique_ptr<PanelProgram> launchProgram(const QString &program, const QString &locale);
+
+    const Desktop &m_desktop;
+    LanePrograms m_programs;
+    SimulatorControl m_simulator;
+    QString m_error;
+};
+
+#endif

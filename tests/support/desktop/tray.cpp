@@ -1,0 +1,75 @@
+#include "tray.h"
+
+#include "waiting.h"
+
+namespace {
+
+// A tool tip is a popup, too, but never as large as a menu.
+constexpr QSize smallestMenu(60, 80);
+
+} // namespace
+
+Tray::Tray(const WindowSystem &windows, Pointer &pointer)
+    : m_windows(windows)
+    , m_pointer(pointer)
+{ }
+
+QList<WindowInfo> Tray::icons() const
+{
+    QList<WindowInfo> found;
+    const QList<WindowInfo> all = m_windows.windows();
+    for (const WindowInfo &window : all) {
+        // Docked in a tray, or in the window that Wine makes for icons where there is no tray.
+        const bool docked = m_windows.hasProperty(window.id, "_XEMBED_INFO");
+        if (window.visible && (docked || window.title == QStringLiteral("Wine System Tray")))
+            found << window;
+    }
+    return found;
+}
+
+bool Tray::waitForIcon() const
+{
+    return waitUntil([this] { return icons().size() == 1; });
+}
+
+bool Tray::click(Pointer::Button button)
+{
+    const QList<WindowInfo> found = icons();
+    return !found.isEmpty() && m_pointer.click(found.first().area.center(), button);
+}
+
+bool Tray::doubleClick()
+{
+    const QList<WindowInfo> found = icons();
+    return !found.isEmpty() && m_pointer.doubleClick(found.first().area.center());
+}
+
+std::optional<WindowInfo> Tray::menu() const
+{
+    const QList<WindowInfo> all = m_windows.windows();
+    for (const WindowInfo &window : all) {
+        const bool large = window.area.width() >= smallestMenu.width()
+            && window.area.height() >= smallestMenu.height();
+        if (window.visible && window.popup && large)
+            return window;
+    }
+    return std::nullopt;
+}
+
+MenuPicture Tray::menuPicture() const
+{
+    const std::optional<WindowInfo> window = menu();
+    return window ? MenuPicture(m_windows.picture(window->area), window->area.topLeft())
+                  : MenuPicture();
+}
+
+bool Tray::openMenu()
+{
+    return click(Pointer::Right)
+        && waitUntil([this] { return menuPicture().entries().size() == EntryCount; });
+}
+
+bool Tray::choose(Entry entry)
+{
+    return openMenu() && m_pointer.click(menuPicture().entries().at(entry).centre);
+}

@@ -1,0 +1,170 @@
+#include "winelane.h"
+
+#include "waiting.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+constexpr std::chrono::minutes prefixDeadline{5};
+
+// The name of the driver's service, and of its file in the prefix.
+const QString service = QStringLiteral("vesmorasim");
+
+QString windowsPath(const QString &path)
+{
+    QString converted = QFileInfo(path).absoluteFilePath();
+    converted.replace(u'/', u'\\');
+    return QStringLiteral("Z:") + converted;
+}
+
+} // namespace
+
+WineLane::WineLane(const Desktop &desktop, const LanePrograms &programs)
+    : Lane(desktop, programs)
+    , m_temporary(QStringLiteral("/tmp/vesmora-XXXXXX"))
+    , m_prefix(qEnvironmentVariable("VESMORA_WINEPREFIX"))
+{
+    if (m_prefix.isEmpty())
+        m_prefix = m_temporary.filePath(QStringLiteral("prefix"));
+}
+
+WineLane::~WineLane()
+{
+    // Ends every Windows program of this prefix, and only of this one.
+    runCommand(QStringLiteral("wineserver"), {QStringLiteral("-k")}, environment());
+    runCommand(QStringLiteral("wineserver"), {QStringLiteral("-w")}, environment());
+}
+
+bool WineLane::open()
+{
+    return makeLocale(QStringLiteral("zh_CN")) && makeLocale(QStringLiteral("en_US"))
+        && makePrefix() && startDriver();
+}
+
+CommandResult WineLane::asio(const QStringList &arguments)
+{
+    return wine(QStringList(programs().asio) + arguments);
+}
+
+CommandResult WineLane::simctl(const QStringList &arguments)
+{
+    CommandResult result = wine(QStringList(programs().simctl) + arguments);
+    result.output.replace("\r\n", "\n");
+    return result;
+}
+
+QString WineLane::settingsFolder() const
+{
+    const QDir users(m_prefix + QStringLiteral("/drive_c/users"));
+    const QStringList names = users.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &name : names) {
+        if (name != QStringLiteral("Public"))
+            return users.filePath(name + QStringLiteral("/AppData/Roaming/VesmoraDriver"));
+    }
+    return users.filePath(QStringLiteral("nobody"));
+}
+
+bool WineLane::startPanel(ChildProcess &process, const QString &program, const QString &locale)
+{
+    if (!makeLocale(locale))
+        return false;
+    // Wine keeps variables that begin with QT_ from Windows programs, so one is set inside.
+    const QString command =
+        QStringLiteral("set QT_FORCE_STDERR_LOGGING=1&& %1").arg(windowsPath(program));
+    process.setProcessEnvironment(environment(locale));
+    return process.launch(QStringLiteral("wine"),
+                          {QStringLiteral("cmd"), QStringLiteral("/c"), command});
+}
+
+void WineLane::killPanel(ChildProcess &process)
+{
+    wine({QStringLiteral("taskkill"), QStringLiteral("/f"), QStringLiteral("/im"),
+          QFileInfo(programs().panel).fileName()});
+    waitUntil([&] { return process.state() == QProcess::NotRunning; });
+    process.stop();
+}
+
+/// Windows' language follows the C library's locale, which must exist. It is compiled into a folder
+/// of ours: installing one for the whole machine takes root.
+bool WineLane::makeLocale(const QString &locale)
+{
+    const QString folder = m_temporary.filePath(QStringLiteral("locales"));
+    const QString target = folder + u'/' + locale + QStringLiteral(".UTF-8");
+    if (QFileInfo::exists(target))
+        return true;
+    if (!QDir().mkpath(folder))
+        return fail(QStringLiteral("cannot create %1").arg(folder));
+    const CommandResult made = runCommand(
+        QStringLiteral("localedef"),
+        {QStringLiteral("-i"), locale, QStringLiteral("-f"), QStringLiteral("UTF-8"), target},
+        QProcessEnvironment::systemEnvironment());
+    return made.succeeded() || fail(QString::fromLocal8Bit(made.errorOutput));
+}
+
+bool WineLane::makePrefix()
+{
+    const QString complete = m_prefix + QStringLiteral("/.complete");
+    if (QFileInfo::exists(complete))
+        return true;
+    if (!QDir().mkpath(m_prefix))
+        return fail(QStringLiteral("cannot create %1").arg(m_prefix));
+    const CommandResult made =
+        runCommand(QStringLiteral("wine"), {QStringLiteral("wineboot"), QStringLiteral("-i")},
+                   environment(), prefixDeadline);
+    if (!made.succeeded())
+        return fail(QString::fromLocal8Bit(made.errorOutput));
+    // A driver does not start until the prefix' first processes are gone.
+    runCommand(QStringLiteral("wineserver"), {QStringLiteral("-w")}, environment(), prefixDeadline);
+    QFile marker(complete);
+    return marker.open(QIODevice::WriteOnly)
+        || fail(QStringLiteral("cannot write %1").arg(complete));
+}
+
+bool WineLane::startDriver()
+{
+    const QString driver = m_prefix + QStringLiteral("/drive_c/vesmorasim.sys");
+    QFile::remove(driver);
+    if (!QFile::copy(programs().simulator, driver))
+        return fail(QStringLiteral("cannot copy %1 to %2").arg(programs().simulator, driver));
+    // Fails when the prefix knows the driver from an earlier run, which is as good.
+    wine({QStringLiteral("sc"), QStringLiteral("create"), service, QStringLiteral("binPath="),
+          QStringLiteral("C:\\vesmorasim.sys"), QStringLiteral("type="), QStringLiteral("kernel")});
+    wine({QStringLiteral("sc"), QStringLiteral("start"), service});
+    // Whether it was this call that started the driver does not matter, only that it answers.
+    CommandResult answer;
+    const bool answers = waitUntil([&] {
+        answer = simctl({QStringLiteral("state")});
+        return answer.succeeded();
+    });
+    return answers
+        || fail(QStringLiteral("the driver does not answer: %1")
+                    .arg(QString::fromLocal8Bit(answer.errorOutput)));
+}
+
+CommandResult WineLane::wine(const QStringList &arguments) const
+{
+    return runCommand(QStringLiteral("wine"), arguments, environment());
+}
+
+/// Windows' code page follows the character type, its language the messages: so every panel writes
+/// Chinese log lines that can be read, whatever its language.
+QProcessEnvironment WineLane::environment(const QString &locale) const
+{
+    QProcessEnvironment environment = desktop().environment();
+    environment.remove(QStringLiteral("LC_ALL"));
+    environment.remove(QStringLiteral("LANGUAGE"));
+    environment.insert(QStringLiteral("LOCPATH"), m_temporary.filePath(QStringLiteral("locales")));
+    environment.insert(QStringLiteral("LANG"), locale + QStringLiteral(".UTF-8"));
+    environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("zh_CN.UTF-8"));
+    environment.insert(QStringLiteral("LC_MESSAGES"), locale + QStringLiteral(".UTF-8"));
+    environment.insert(QStringLiteral("WINEPREFIX"), m_prefix);
+    // The simulator's programs use the libraries that are packed with the panel.
+    environment.insert(QStringLiteral("WINEPATH"), windowsPath(QFileInfo(programs().panel).path()));
+    environment.insert(QStringLiteral("WINEARCH"), QStringLiteral("win64"));
+    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
+    environment.insert(QStringLiteral("WINEDLLOVERRIDES"),
+                       QStringLiteral("mscoree=;mshtml=;winemenubuilder.exe="));
+    return environment;
+}

@@ -1,0 +1,38 @@
+#ifndef WINELANE_H
+#define WINELANE_H
+
+#include "lane.h"
+
+/// The Windows program under Wine with the simulated kernel driver.
+///
+/// Its Wine prefix is VESMORA_WINEPREFIX, made when missing and kept, because making one takes
+/// long; without that variable it is a temporary one.
+class WineLane : public Lane
+{
+public:
+    WineLane(const Desktop &desktop, const LanePrograms &programs);
+    ~WineLane() override;
+
+    bool open() override;
+    CommandResult asio(const QStringList &arguments) override;
+    QString settingsFolder() const override;
+
+protected:
+    CommandResult simctl(const QStringList &arguments) override;
+    ProgramLog::Encoding logEncoding() const override { return ProgramLog::Encoding::Gbk; }
+    bool startPanel(ChildProcess &process, const QString &program, const QString &locale) override;
+    void killPanel(ChildProcess &process) override;
+    QString scratchFolder() const override { return m_temporary.path(); }
+
+private:
+    bool makeLocale(const QString &locale);
+    bool makePrefix();
+    bool startDriver();
+    CommandResult wine(const QStringList &arguments) const;
+    QProcessEnvironment environment(const QString &locale = QStringLiteral("en_US")) const;
+
+    QTemporaryDir m_temporary;
+    QString m_prefix;
+};
+
+#endif
