@@ -26,7 +26,7 @@ bool isPrivate(int folder)
 
 std::string hostFolderPath()
 {
-    if (const std::string folder = environment("VESMORA_HOST_DIR"); !folder.empty())
+    if (std::string folder = environment("VESMORA_HOST_DIR"); !folder.empty())
         return folder;
     if (const std::string runtime = environment("XDG_RUNTIME_DIR"); !runtime.empty())
         return runtime + "/vesmora";

@@ -48,6 +48,9 @@ bool PipeServer::waitForClient()
     if (error == ERROR_PIPE_CONNECTED)
         return true;
     qDebug() << "Error connecting to pipe. Error code:" << error;
+    // A client that came and went would fail every attempt from now on.
+    if (error == ERROR_NO_DATA)
+        DisconnectNamedPipe(m_pipe);
     return false;
 }
 

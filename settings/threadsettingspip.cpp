@@ -14,6 +14,14 @@ constexpr int openWindowWord = 4;
 constexpr unsigned long pauseMs = 100;
 constexpr auto cancelInterval = 5ms;
 
+void logWords(const quint32 (&words)[wordCount])
+{
+    QDebug line = qDebug();
+    line << "Received data from pipe:";
+    for (const quint32 word : words)
+        line << word;
+}
+
 } // namespace
 
 ThreadSettingsPip::ThreadSettingsPip(QObject *parent)
@@ -58,11 +66,7 @@ void ThreadSettingsPip::handle(const PipeServer::Message &message)
 {
     quint32 words[wordCount];
     qFromLittleEndian<quint32>(message.data(), wordCount, words);
-
-    QDebug line = qDebug();
-    line << "Received data from pipe:";
-    for (const quint32 word : words)
-        line << word;
+    logWords(words);
     if (words[openWindowWord] == 0)
         return;
     qDebug() << "Open Window Signal from ASIO.";

@@ -13,6 +13,7 @@
 #ifndef VESMORA_HOST_WINDOWS_H
 #define VESMORA_HOST_WINDOWS_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #define WINAPI
@@ -30,8 +31,8 @@ typedef void *LPVOID;
 typedef const void *LPCVOID;
 typedef const char *LPCSTR;
 typedef const wchar_t *LPCWSTR;
-typedef struct HWND__ *HWND;
-typedef struct HINSTANCE__ *HINSTANCE;
+typedef struct HostWindow *HWND;
+typedef struct HostInstance *HINSTANCE;
 /* Never completed, so that only null can be passed: security is the folder's, I/O is synchronous.
  */
 typedef struct SECURITY_ATTRIBUTES *LPSECURITY_ATTRIBUTES;

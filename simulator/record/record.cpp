@@ -155,7 +155,7 @@ QString Record::text() const
 QJsonObject Record::toJson() const
 {
     QJsonObject json{{QStringLiteral("number"), static_cast<qint64>(number)},
-                     {QStringLiteral("ms"), static_cast<qint64>(time)},
+                     {QStringLiteral("ms"), static_cast<qint64>(ms)},
                      {QStringLiteral("kind"), kindName(kind)},
                      {QStringLiteral("bus"), static_cast<qint64>(bus)},
                      {QStringLiteral("text"), text()},

@@ -31,7 +31,7 @@ struct Record {
     };
 
     quint32 number = 0; ///< from 1, since the record was last cleared
-    quint32 time = 0;   ///< in ms since the simulator began
+    quint32 ms = 0;     ///< since the simulator began
     Kind kind = Kind::Request;
     quint32 bus = 0;
     quint32 handle = 0; ///< from 1, in the order of opening; 0 for none

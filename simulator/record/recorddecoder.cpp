@@ -101,7 +101,7 @@ Record decodeEntry(const VesmoraSimEntry &entry, QByteArrayView payload)
 {
     Record record;
     record.number = entry.number;
-    record.time = entry.time;
+    record.ms = entry.time;
     record.kind = kindOf(entry);
     record.bus = entry.bus;
     record.handle = entry.handle;

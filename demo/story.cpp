@@ -1,0 +1,268 @@
+#include "story.h"
+
+#include "interruption.h"
+#include "waiting.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+namespace {
+
+/// "headphone DIM" becomes "headphone-dim".
+QString fileNamePart(QString text)
+{
+    return text.toLower().replace(u' ', u'-');
+}
+
+} // namespace
+
+Story::Story(const ModelStory &model, const LanePrograms &programs, const QString &folder)
+    : m_model(model)
+    , m_folder(folder)
+    , m_programs(programs)
+    , m_out(stdout)
+{ }
+
+bool Story::play(const QString &locale)
+{
+    return prepare() && dockIcon(locale) && openWindow() && plug() && useControls() && unplug()
+        && plugAgain() && openSettings() && saveRecord() && quit();
+}
+
+bool Story::prepare()
+{
+    if (!QDir().mkpath(m_folder))
+        return fail(QStringLiteral("cannot create %1").arg(m_folder));
+    if (!m_desktop.startPrivate() || !m_desktop.ensureTray())
+        return fail(m_desktop.errorString());
+    m_pointer = std::make_unique<Pointer>(m_desktop.environment());
+    m_tray = std::make_unique<Tray>(m_desktop.windows(), *m_pointer);
+    m_lane = std::make_unique<HostLane>(m_desktop, m_programs);
+    m_lane->setFolder(m_folder + QStringLiteral("/story"));
+    if (!m_lane->clearSettings())
+        return fail(QStringLiteral("cannot clear %1").arg(m_lane->settingsFolder()));
+    return m_lane->open() || fail(m_lane->errorString());
+}
+
+bool Story::dockIcon(const QString &locale)
+{
+    m_panel = m_lane->launch(locale);
+    if (!m_panel)
+        return fail(m_lane->errorString());
+    return expect(QStringLiteral("the icon in the tray"),
+                  [this] { return m_tray->icons().size() == 1; })
+        && expect(QStringLiteral("no window at the start"), [this] { return !window(); })
+        && saw(QStringLiteral("the panel starts as an icon in the tray"), QStringLiteral("tray"));
+}
+
+bool Story::openWindow()
+{
+    return (m_tray->click() || fail(QStringLiteral("the tray icon cannot be clicked")))
+        && expect(QStringLiteral("the main window after a click on the icon"),
+                  [this] { return window().has_value(); })
+        && expect(QStringLiteral("a search that finds no device"),
+                  [this] { return m_panel->log().count(QStringLiteral("Device PID: 0")) > 0; })
+        && expect(QStringLiteral("a window without a panel"), [this] { return showsNoPanel(); })
+        && saw(QStringLiteral("a click opens the window; no sound card is connected"),
+               QStringLiteral("not-connected"));
+}
+
+bool Story::plug()
+{
+    if (!m_lane->simulator().plug(m_model.model))
+        return fail(m_lane->simulator().errorString());
+    return expect(QStringLiteral("the panel of the plugged model"), [this] { return showsPanel(); })
+        && expect(QStringLiteral("the first settings file"),
+                  [this] {
+                      const ControlUse &last = m_model.uses.last();
+                      return m_lane->setting(m_model.settingsFile(), last.key).isValid();
+                  })
+        && expect(QStringLiteral("opened output volumes"),
+                  [this] { return hasReceived(QStringLiteral("setOutVolume 1 100"), 0); })
+        && saw(QStringLiteral("plugged in: \"%1\", first start").arg(window()->title),
+               QStringLiteral("first-start"));
+}
+
+bool Story::useControls()
+{
+    for (const ControlUse &control : m_model.uses) {
+        if (!use(control))
+            return false;
+    }
+    return true;
+}
+
+bool Story::use(const ControlUse &control)
+{
+    const qsizetype before = m_lane->simulator().record().size();
+    const PanelPicture panel = picture();
+    const bool made = control.kind == ControlUse::Knob
+        ? m_pointer->wheel(panel.knobs().at(control.index).centre, control.notches)
+        : m_pointer->click(panel.buttons().at(control.index).centre);
+    if (!made)
+        return fail(QStringLiteral("the mouse cannot reach %1").arg(control.name));
+    const QString verb =
+        control.kind == ControlUse::Knob ? QStringLiteral("turned") : QStringLiteral("pressed");
+    const QString value = control.value.toString();
+    return expect(QStringLiteral("%1 = %2 in the settings file").arg(control.key, value),
+                  [&] {
+                      return m_lane->setting(m_model.settingsFile(), control.key).toString()
+                          == value;
+                  })
+        && expect(QStringLiteral("\"%1\" at the interface").arg(control.sent),
+                  [&] { return hasReceived(control.sent, before); })
+        && expect(QStringLiteral("%1 shown as %2").arg(control.name, verb),
+                  [&] { return showsUse(control); })
+        && saw(QStringLiteral("%1 %2: %3=%4, the interface got \"%5\"")
+                   .arg(control.name, verb, control.key, value, control.sent),
+               fileNamePart(control.name));
+}
+
+bool Story::unplug()
+{
+    if (!m_lane->simulator().unplug())
+        return fail(m_lane->simulator().errorString());
+    return expect(QStringLiteral("the end of the lost panel"),
+                  [this] {
+                      return m_panel->log().count(QStringLiteral("Meter driver handle deleted."))
+                          == 1;
+                  })
+        && expect(QStringLiteral("a window without a panel"), [this] { return showsNoPanel(); })
+        && saw(QStringLiteral("unplugged: the panel is gone"), QStringLiteral("unplugged"));
+}
+
+bool Story::plugAgain()
+{
+    const qsizetype before = m_lane->simulator().record().size();
+    if (!m_lane->simulator().plug(m_model.model))
+        return fail(m_lane->simulator().errorString());
+    return expect(QStringLiteral("the panel of the plugged model"), [this] { return showsPanel(); })
+        && expect(QStringLiteral("every saved setting at the interface"),
+                  [&] { return hasReplayed(before); })
+        && expect(QStringLiteral("the controls as they were left"),
+                  [this] {
+                      return std::all_of(m_model.uses.cbegin(), m_model.uses.cend(),
+                                         [this](const ControlUse &use) { return showsUse(use); });
+                  })
+        && saw(QStringLiteral("plugged in again: the interface got its saved state back"),
+               QStringLiteral("plugged-again"));
+}
+
+bool Story::openSettings()
+{
+    // The fifth word of the message asks for the window.
+    const QStringList request{QStringLiteral("send"), QStringLiteral("0"), QStringLiteral("0"),
+                              QStringLiteral("0"),    QStringLiteral("0"), QStringLiteral("1")};
+    if (m_programs.asio.isEmpty())
+        return true;
+    const CommandResult sent = m_lane->asio(request);
+    if (!sent.succeeded())
+        return fail(QString::fromUtf8(sent.errorOutput).trimmed());
+    return expect(
+               QStringLiteral("the settings window"),
+               [this] {
+                   return m_desktop.windows().visibleWindow(QStringLiteral("Settings")).has_value();
+               })
+        && saw(QStringLiteral("the ASIO driver asked for the settings window"),
+               QStringLiteral("settings"));
+}
+
+bool Story::quit()
+{
+    if (!m_tray->choose(Tray::Quit))
+        return fail(QStringLiteral("the tray menu did not open"));
+    if (!expect(QStringLiteral("the end of the program"), [this] { return !m_panel->isRunning(); }))
+        return false;
+    if (m_panel->exitCode() != 0)
+        return fail(QStringLiteral("the program ended with %1").arg(m_panel->exitCode()));
+    m_out << QStringLiteral("Quit in the tray menu ended the program.") << Qt::endl;
+    return true;
+}
+
+bool Story::showsUse(const ControlUse &control) const
+{
+    const PanelPicture panel = picture();
+    if (control.kind == ControlUse::Knob)
+        return panel.knobs().size() == m_model.knobs
+            && panel.knobs().at(control.index).turned > 0.1;
+    return panel.buttons().size() == m_model.buttons && panel.buttons().at(control.index).lit;
+}
+
+bool Story::hasReplayed(qsizetype since)
+{
+    return std::all_of(m_model.uses.cbegin(), m_model.uses.cend(),
+                       [&](const ControlUse &use) { return hasReceived(use.sent, since); });
+}
+
+bool Story::hasReceived(const QString &text, qsizetype since)
+{
+    const QList<RecordEntry> record = m_lane->simulator().record();
+    return std::any_of(record.cbegin() + std::min(since, record.size()), record.cend(),
+                       [&](const RecordEntry &entry) { return entry.text() == text; });
+}
+
+bool Story::showsPanel() const
+{
+    const std::optional<WindowInfo> found = window();
+    if (!found || !found->title.startsWith(m_model.title))
+        return false;
+    const PanelPicture panel = picture();
+    return panel.knobs().size() == m_model.knobs && panel.buttons().size() == m_model.buttons;
+}
+
+bool Story::showsNoPanel() const
+{
+    const PanelPicture panel = picture();
+    return window() && panel.knobs().isEmpty() && panel.buttons().isEmpty();
+}
+
+std::optional<WindowInfo> Story::window() const
+{
+    return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
+}
+
+PanelPicture Story::picture() const
+{
+    const std::optional<WindowInfo> found = window();
+    return found ? PanelPicture(m_desktop.windows().picture(found->area), found->area.topLeft())
+                 : PanelPicture();
+}
+
+bool Story::expect(const QString &what, const std::function<bool()> &condition)
+{
+    bool happened = false;
+    waitUntil([&] { return interruption::requested() || (happened = condition()); });
+    if (interruption::requested())
+        return fail(QStringLiteral("interrupted"));
+    return happened || fail(QStringLiteral("did not happen: %1").arg(what));
+}
+
+bool Story::saw(const QString &what, const QString &pictureName)
+{
+    const QString name =
+        QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QChar(u'0')).arg(pictureName);
+    const QString path = m_folder + u'/' + name;
+    if (!m_desktop.saveScreen(path))
+        return fail(QStringLiteral("cannot write %1").arg(path));
+    m_out << name << QStringLiteral(": ") << what << Qt::endl;
+    return true;
+}
+
+bool Story::saveRecord()
+{
+    QSaveFile file(m_folder + QStringLiteral("/record.jsonl"));
+    const QByteArray lines = m_lane->simulator().recordLines();
+    if (lines.isEmpty() || !file.open(QIODevice::WriteOnly) || file.write(lines) != lines.size()
+        || !file.commit())
+        return fail(QStringLiteral("cannot write %1").arg(file.fileName()));
+    m_out << QStringLiteral("record.jsonl: the %1 things that the interface saw")
+                 .arg(lines.count('\n'))
+          << Qt::endl;
+    return true;
+}
+
+bool Story::fail(const QString &why)
+{
+    m_error = why;
+    return false;
+}

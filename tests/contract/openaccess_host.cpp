@@ -1,0 +1,6 @@
+#include "openaccess.h"
+
+OpenAccess accessOf(HANDLE, const Record &opening)
+{
+    return {opening.access, GENERIC_READ | GENERIC_WRITE};
+}

@@ -1,0 +1,826 @@
+#include "consolecapture.h"
+#include "devicehandle.h"
+#include "drivercommands.h"
+#include "logcapture.h"
+#include "testsimulator.h"
+#include "vesmoraiocontrol.h"
+#include "win32spy.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <cmath>
+#include <iostream>
+#include <memory>
+
+// Two things have no test because nothing between here and the driver can bring them about: the
+// texts of exceptions, and the complaint about a version reply that is too short.
+
+namespace {
+
+/// One call of a command and all that was seen of it.
+struct Observation {
+    QString answer;
+    QList<Win32Call> calls;
+    QStringList log;
+    QStringList outputLines;
+    QStringList errorLines;
+};
+
+Observation observe(const DriverCommand &command, VesmoraIoControl &device)
+{
+    Observation seen;
+    const LogCapture log;
+    const ConsoleCapture output(std::wcout);
+    const ConsoleCapture errors(std::cerr);
+    Win32Spy spy;
+    seen.answer = command.run(device);
+    seen.calls = spy.stop();
+    seen.log = log.lines();
+    seen.outputLines = output.lines();
+    seen.errorLines = errors.lines();
+    return seen;
+}
+
+/// Only one command logs, and only when it works.
+QStringList logPatterns(const DriverCommand &command, bool works)
+{
+    if (!works || command.name != QLatin1String("getBufferSize"))
+        return {};
+    return {QStringLiteral("Buffer size: 0x[0-9a-f]+")};
+}
+
+bool matches(const QStringList &lines, const QStringList &patterns)
+{
+    const auto isMatch = [](const QString &line, const QString &pattern) {
+        return QRegularExpression(QRegularExpression::anchoredPattern(pattern))
+            .match(line)
+            .hasMatch();
+    };
+    return std::equal(lines.begin(), lines.end(), patterns.begin(), patterns.end(), isMatch);
+}
+
+QByteArray pattern(qsizetype length)
+{
+    QByteArray bytes(length, '\0');
+    for (qsizetype i = 0; i < length; ++i)
+        bytes[i] = static_cast<char>(0x40 + i % 0x40);
+    return bytes;
+}
+
+/// A request to the driver, made without VesmoraIoControl.
+struct RawResult {
+    bool done = false;
+    DWORD error = 0;
+    DWORD returned = 0;
+};
+
+RawResult request(HANDLE device, quint32 code, QByteArray input, QByteArray &output)
+{
+    RawResult result;
+    result.done = DeviceIoControl(device, code, input.isEmpty() ? nullptr : input.data(),
+                                  DWORD(input.size()), output.isEmpty() ? nullptr : output.data(),
+                                  DWORD(output.size()), &result.returned, nullptr)
+        != FALSE;
+    result.error = result.done ? 0 : GetLastError();
+    return result;
+}
+
+} // namespace
+
+class CommandsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+
+    void makesOneExactRequestAndGivesTheAnswer_data();
+    void makesOneExactRequestAndGivesTheAnswer();
+    void aFailingDriverIsAskedOnceAndNothingIsUndone_data();
+    void aFailingDriverIsAskedOnceAndNothingIsUndone();
+    void withoutAnOpenDeviceNothingIsSent_data();
+    void withoutAnOpenDeviceNothingIsSent();
+    void afterUnpluggingEveryCommandFailsWithNotConnected_data();
+    void afterUnpluggingEveryCommandFailsWithNotConnected();
+    void waitsForALateAnswer_data();
+    void waitsForALateAnswer();
+
+    void setMicVolumeAfterAFailedOpenReturnsTrueAndSendsNothing();
+    void upgradeFirmwareAfterAFailedOpenReturnsFalseAndSendsNothing();
+    void everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode();
+    void aPacketTheDeviceDoesNotUnderstandIsSentAsItIs();
+    void getSampleRateOnAFailingDriverReturnsZero();
+    void getDevicePidOnAFailingDriverLeavesTheVariable();
+
+    void settersSendLittleEndianNumbers_data();
+    void settersSendLittleEndianNumbers();
+    void gettersGiveAnyNumber_data();
+    void gettersGiveAnyNumber();
+    void gettersOfferAZeroedBufferOfTheirOwn();
+    void getBufferSizeLogsTheAddressOfTheVariable();
+
+    void packetsHaveExactlyTheseBytes_data();
+    void packetsHaveExactlyTheseBytes();
+    void packetsEndInThirtyZeroBytesWhateverTheCommand();
+
+    void theMixerBlockArrivesWholeAndUncopied();
+    void theMixerBlockIsSentWholeForASingleChange();
+    void theMeterRecordIsFilledInPlace();
+
+    void vendorRequestMakesTheReplyThirtyTwoBytes_data();
+    void vendorRequestMakesTheReplyThirtyTwoBytes();
+    void vendorRequestSendsTheRequestWithItsOwnLength_data();
+    void vendorRequestSendsTheRequestWithItsOwnLength();
+
+    void getFirmwareVersionCopiesUpToItsCapacity_data();
+    void getFirmwareVersionCopiesUpToItsCapacity();
+    void getFirmwareVersionTakesAnyByte();
+    void getFirmwareVersionEndsItsComplaintAndFlushes();
+
+    void theDriverRejectsWrongLengths_data();
+    void theDriverRejectsWrongLengths();
+    void aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes_data();
+    void aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes();
+    void theDriverRejectsCodesThatAreNotUsed_data();
+    void theDriverRejectsCodesThatAreNotUsed();
+
+private:
+    void open();
+    void addCommandRows();
+    void injectFault(const DriverCommand &command, quint32 error);
+    QByteArray bytesOfLastRequest();
+
+    TestSimulator m_simulator;
+    std::unique_ptr<VesmoraIoControl> m_device;
+    int m_faults = 0;
+};
+
+void CommandsTest::init()
+{
+    QVERIFY2(m_simulator.reset() && prepareAnswers(m_simulator),
+             qPrintable(m_simulator.errorString()));
+    m_device = std::make_unique<VesmoraIoControl>();
+}
+
+void CommandsTest::cleanup()
+{
+    m_device.reset();
+    QTRY_COMPARE(m_simulator.state().openHandles, 0u);
+}
+
+void CommandsTest::cleanupTestCase()
+{
+    qInfo("%d faults injected", m_faults);
+}
+
+/// Plugs an RX1 in, opens it and forgets what the record says of that.
+void CommandsTest::open()
+{
+    const ConsoleCapture output(std::wcout);
+    if (!m_simulator.plug(VESMORA_PID_RX1) || !m_device->openDevice() || !m_simulator.clearRecord())
+        qFatal("There is no device to talk to: %s", qPrintable(m_simulator.errorString()));
+}
+
+void CommandsTest::addCommandRows()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < driverCommands().size(); ++i)
+        QTest::newRow(qPrintable(driverCommands()[i].name)) << i;
+}
+
+QByteArray CommandsTest::bytesOfLastRequest()
+{
+    const QList<Record> records = m_simulator.record();
+    return records.isEmpty() ? QByteArray() : records.constLast().bytes;
+}
+
+void CommandsTest::makesOneExactRequestAndGivesTheAnswer_data()
+{
+    addCommandRows();
+}
+
+void CommandsTest::makesOneExactRequestAndGivesTheAnswer()
+{
+    QFETCH(int, index);
+    const DriverCommand &command = driverCommands()[index];
+    open();
+    const Observation seen = observe(command, *m_device);
+    QCOMPARE(seen.answer, command.accepted);
+    QCOMPARE(textsOf(seen.calls), QStringList{command.callText()});
+    QCOMPARE(seen.calls[0].handle, handleOf(*m_device));
+    QCOMPARE(seen.calls[0].inputBytes, command.input);
+    QVERIFY2(matches(seen.log, logPatterns(command, true)), qPrintable(seen.log.join(u'\n')));
+    QCOMPARE(seen.outputLines, QStringList());
+    QCOMPARE(seen.errorLines, QStringList());
+
+    const QList<Record> records = m_simulator.record();
+    QCOMPARE(records.size(), 1);
+    const Record &record = records[0];
+    QCOMPARE(record.text(), command.request);
+    QCOMPARE(record.code, command.code);
+    QCOMPARE(record.inputLength, quint32(command.input.size()));
+    QCOMPARE(record.outputLength, command.outputLength);
+    if (command.name != QLatin1String("sendMixerBlock"))
+        QCOMPARE(record.bytes, command.input);
+}
+
+void CommandsTest::aFailingDriverIsAskedOnceAndNothingIsUndone_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<quint32>("error");
+    for (int i = 0; i < driverCommands().size(); ++i) {
+        for (const quint32 error : {1u, 5u, 31u, 87u, 121u, 1117u, 1167u}) {
+            QTest::addRow("%s %u", qPrintable(driverCommands()[i].name), error) << i << error;
+        }
+    }
+}
+
+/// The second of three calls fails; the first and the third do not notice.
+void CommandsTest::aFailingDriverIsAskedOnceAndNothingIsUndone()
+{
+    QFETCH(int, index);
+    QFETCH(quint32, error);
+    const DriverCommand &command = driverCommands()[index];
+    open();
+    QVERIFY(m_simulator.fail(command.name, 2, error));
+    QCOMPARE(observe(command, *m_device).answer, command.accepted);
+    const Observation seen = observe(command, *m_device);
+    QCOMPARE(observe(command, *m_device).answer, command.accepted);
+    ++m_faults;
+
+    QCOMPARE(seen.answer, command.refused);
+    QCOMPARE(textsOf(seen.calls), QStringList{command.callText()});
+    QCOMPARE(seen.calls[0].error, DWORD(error));
+    QCOMPARE(seen.log, QStringList());
+    QCOMPARE(seen.outputLines, QStringList());
+    QCOMPARE(seen.errorLines, command.complaint);
+    QCOMPARE(m_simulator.requests(true),
+             (QStringList{command.request, command.repeated + QStringLiteral(" !%1").arg(error),
+                          command.repeated}));
+}
+
+void CommandsTest::withoutAnOpenDeviceNothingIsSent_data()
+{
+    addCommandRows();
+}
+
+void CommandsTest::withoutAnOpenDeviceNothingIsSent()
+{
+    QFETCH(int, index);
+    const DriverCommand &command = driverCommands()[index];
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    const Observation seen = observe(command, *m_device);
+    QCOMPARE(seen.answer, command.closed);
+    QCOMPARE(textsOf(seen.calls), QStringList());
+    QCOMPARE(seen.log, QStringList());
+    QCOMPARE(seen.outputLines, QStringList());
+    QCOMPARE(seen.errorLines, command.complaint);
+    QCOMPARE(m_simulator.requests(true), QStringList());
+}
+
+void CommandsTest::afterUnpluggingEveryCommandFailsWithNotConnected_data()
+{
+    addCommandRows();
+}
+
+void CommandsTest::afterUnpluggingEveryCommandFailsWithNotConnected()
+{
+    QFETCH(int, index);
+    const DriverCommand &command = driverCommands()[index];
+    open();
+    const HANDLE handle = handleOf(*m_device);
+    QVERIFY(m_simulator.unplug());
+    const Observation seen = observe(command, *m_device);
+    QCOMPARE(seen.answer, command.refused);
+    QCOMPARE(textsOf(seen.calls), QStringList{command.callText()});
+    QCOMPARE(seen.calls[0].handle, handle);
+    QCOMPARE(seen.calls[0].error, DWORD(ERROR_DEVICE_NOT_CONNECTED));
+    QCOMPARE(seen.log, QStringList());
+    QCOMPARE(seen.errorLines, command.complaint);
+    QCOMPARE(handleOf(*m_device), handle);
+    QCOMPARE(m_simulator.state().openHandles, 1u);
+    QCOMPARE(m_simulator.events(),
+             (QStringList{QStringLiteral("unplug"), command.request + QStringLiteral(" !1167")}));
+}
+
+void CommandsTest::waitsForALateAnswer_data()
+{
+    addCommandRows();
+}
+
+/// A command that came back early could not have the answer.
+void CommandsTest::waitsForALateAnswer()
+{
+    QFETCH(int, index);
+    const DriverCommand &command = driverCommands()[index];
+    open();
+    QVERIFY(m_simulator.delay(command.name, 50));
+    const Observation seen = observe(command, *m_device);
+    QCOMPARE(seen.answer, command.accepted);
+    QCOMPARE(seen.calls.size(), 1);
+    QCOMPARE(seen.calls[0].error, DWORD(0));
+    QCOMPARE(m_simulator.requests(true), QStringList{command.request});
+}
+
+void CommandsTest::setMicVolumeAfterAFailedOpenReturnsTrueAndSendsNothing()
+{
+    const ConsoleCapture output(std::wcout);
+    QVERIFY(!m_device->openDevice());
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    Win32Spy spy;
+    QVERIFY(m_device->setMicVolume(1, 20));
+    QCOMPARE(textsOf(spy.stop()), QStringList());
+    QCOMPARE(m_simulator.requests(), QStringList());
+}
+
+void CommandsTest::upgradeFirmwareAfterAFailedOpenReturnsFalseAndSendsNothing()
+{
+    const ConsoleCapture output(std::wcout);
+    QVERIFY(!m_device->openDevice());
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    Win32Spy spy;
+    QVERIFY(!m_device->upgradeFirmware());
+    QCOMPARE(textsOf(spy.stop()), QStringList());
+    QCOMPARE(m_simulator.requests(), QStringList());
+}
+
+void CommandsTest::everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode()
+{
+    open();
+    QVERIFY(m_simulator.fail(0xFFDC209C, 1, ERROR_INVALID_FUNCTION, 0));
+    QStringList expected;
+    for (const DriverCommand &command : driverCommands()) {
+        if (command.code != 0xFFDC209C)
+            continue;
+        QCOMPARE(observe(command, *m_device).answer, QStringLiteral("true"));
+        expected.append(command.request + QStringLiteral(" !1"));
+        ++m_faults;
+    }
+    QCOMPARE(expected.size(), 8);
+    QCOMPARE(m_simulator.requests(), expected);
+}
+
+void CommandsTest::aPacketTheDeviceDoesNotUnderstandIsSentAsItIs()
+{
+    open();
+    QVERIFY(m_device->setMic48V(200, 2));
+    const QList<Record> records = m_simulator.record();
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(records[0].bytes, packet("015b0002c8"));
+    QCOMPARE(records[0].error, quint32(ERROR_INVALID_PARAMETER));
+}
+
+void CommandsTest::getSampleRateOnAFailingDriverReturnsZero()
+{
+    open();
+    QVERIFY(m_simulator.fail(QStringLiteral("getSampleRate"), 1, ERROR_GEN_FAILURE));
+    QCOMPARE(m_device->getSampleRate(), 0u);
+    QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getSampleRate !31")});
+    ++m_faults;
+}
+
+void CommandsTest::getDevicePidOnAFailingDriverLeavesTheVariable()
+{
+    open();
+    QVERIFY(m_simulator.fail(QStringLiteral("getDevicePid"), 1, ERROR_GEN_FAILURE));
+    std::uint32_t identifier = 42;
+    QVERIFY(!m_device->getDevicePid(identifier));
+    QCOMPARE(identifier, 42u);
+    QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getDevicePid !31")});
+    ++m_faults;
+}
+
+void CommandsTest::settersSendLittleEndianNumbers_data()
+{
+    QTest::addColumn<quint32>("number");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("0") << 0u << QByteArray::fromHex("00000000");
+    QTest::newRow("1") << 1u << QByteArray::fromHex("01000000");
+    QTest::newRow("44100") << 44100u << QByteArray::fromHex("44ac0000");
+    QTest::newRow("every byte another") << 0x12345678u << QByteArray::fromHex("78563412");
+    QTest::newRow("sign bit") << 0x80000000u << QByteArray::fromHex("00000080");
+    QTest::newRow("largest") << 0xFFFFFFFFu << QByteArray::fromHex("ffffffff");
+}
+
+void CommandsTest::settersSendLittleEndianNumbers()
+{
+    QFETCH(quint32, number);
+    QFETCH(QByteArray, bytes);
+    open();
+    QVERIFY(m_device->setSampleRate(number));
+    QCOMPARE(bytesOfLastRequest(), bytes);
+    QVERIFY(m_device->setBufferSize(number));
+    QCOMPARE(bytesOfLastRequest(), bytes);
+    QVERIFY(m_device->setUsbLatency(number));
+    QCOMPARE(bytesOfLastRequest(), bytes);
+    QVERIFY(m_device->setWdmChannelCount(number));
+    QCOMPARE(bytesOfLastRequest(), bytes);
+
+    const SimulatorState state = m_simulator.state();
+    QCOMPARE(state.sampleRate, number);
+    QCOMPARE(state.bufferSize, number);
+    QCOMPARE(state.usbLatency, number);
+    QCOMPARE(state.wdmChannels, number);
+}
+
+void CommandsTest::gettersGiveAnyNumber_data()
+{
+    QTest::addColumn<quint32>("number");
+    for (const quint32 number : {0u, 1u, 15u, 44100u, 0x12345678u, 0x80000000u, 0xFFFFFFFFu})
+        QTest::addRow("%u", number) << number;
+}
+
+void CommandsTest::gettersGiveAnyNumber()
+{
+    QFETCH(quint32, number);
+    open();
+    QVERIFY(m_simulator.setSampleRate(number) && m_simulator.setBufferSize(number)
+            && m_simulator.setUsbLatency(number) && m_simulator.setIdentifier(number));
+    const LogCapture log;
+    QCOMPARE(m_device->getSampleRate(), number);
+    std::uint32_t value = ~number;
+    QVERIFY(m_device->getBufferSize(value));
+    QCOMPARE(value, number);
+    value = ~number;
+    QVERIFY(m_device->getUsbLatency(value));
+    QCOMPARE(value, number);
+    value = ~number;
+    QVERIFY(m_device->getDevicePid(value));
+    QCOMPARE(value, number);
+}
+
+void CommandsTest::gettersOfferAZeroedBufferOfTheirOwn()
+{
+    open();
+    const LogCapture log;
+    std::uint32_t value = 0xDEADBEEF;
+    Win32Spy spy;
+    QVERIFY(m_device->getBufferSize(value));
+    QVERIFY(m_device->getUsbLatency(value));
+    QVERIFY(m_device->getDevicePid(value));
+    m_device->getSampleRate();
+    const QList<Win32Call> calls = spy.stop();
+    QCOMPARE(calls.size(), 4);
+    for (const Win32Call &call : calls) {
+        QVERIFY(call.output != &value);
+        QCOMPARE(call.outputBefore, QByteArray(4, '\0'));
+    }
+}
+
+void CommandsTest::getBufferSizeLogsTheAddressOfTheVariable()
+{
+    open();
+    LogCapture log;
+    std::uint32_t value = 0;
+    QVERIFY(m_device->getBufferSize(value));
+    QCOMPARE(
+        log.take(),
+        QStringList{
+            QStringLiteral("Buffer size: 0x%1").arg(reinterpret_cast<quintptr>(&value), 0, 16)});
+    QVERIFY(m_simulator.fail(QStringLiteral("getBufferSize"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(!m_device->getBufferSize(value));
+    QCOMPARE(log.take(), QStringList());
+    ++m_faults;
+}
+
+using PacketCall = bool (*)(VesmoraIoControl &);
+Q_DECLARE_METATYPE(PacketCall)
+
+template <auto method, auto... arguments> bool sends(VesmoraIoControl &device)
+{
+    return (device.*method)(arguments...);
+}
+
+void CommandsTest::packetsHaveExactlyTheseBytes_data()
+{
+    using D = VesmoraIoControl;
+    constexpr int lowest = -32768;
+    QTest::addColumn<PacketCall>("call");
+    QTest::addColumn<QByteArray>("bytes");
+    const auto row = [](const char *name, PacketCall call, const char *beginning) {
+        QTest::newRow(name) << call << packet(beginning);
+    };
+    row("out volume 1 100", sends<&D::setOutVolume, 1, 100>, "01030002016400");
+    row("out volume 2 0", sends<&D::setOutVolume, 2, 0>, "01030002020000");
+    row("out volume 5 -1", sends<&D::setOutVolume, 5, -1>, "0103000205ffff");
+    row("out volume 6 256", sends<&D::setOutVolume, 6, 256>, "01030002060001");
+    row("out volume 255 highest", sends<&D::setOutVolume, 255, 32767>, "01030002ffff7f");
+    row("out volume 0 lowest", sends<&D::setOutVolume, 0, lowest>, "01030002000080");
+    row("mic volume 1 -10", sends<&D::setMicVolume, 1, -10>, "0107000201f6ff");
+    row("mic volume 2 -1", sends<&D::setMicVolume, 2, -1>, "0107000202ffff");
+    row("mic volume 1 140", sends<&D::setMicVolume, 1, 140>, "01070002018c00");
+    row("mic volume 1 highest", sends<&D::setMicVolume, 1, 32767>, "0107000201ff7f");
+    row("mic volume 1 lowest", sends<&D::setMicVolume, 1, lowest>, "01070002010080");
+    row("20 dB 1 on", sends<&D::setMic20dB, 1, 1>, "015a000101");
+    row("20 dB 2 off", sends<&D::setMic20dB, 2, 0>, "015a000002");
+    row("48 V 1 on", sends<&D::setMic48V, 1, 1>, "015b000101");
+    row("48 V 2 off", sends<&D::setMic48V, 2, 0>, "015b000002");
+    row("instrument 1 on", sends<&D::switchMicInstruction, 1, 1>, "0164000101");
+    row("instrument 2 off", sends<&D::switchMicInstruction, 2, 0>, "0164000002");
+    row("OTG off", sends<&D::setOtgOff>, "015e");
+    row("OTG on", sends<&D::setOtgOn>, "015f");
+    row("upgrade", sends<&D::upgradeFirmware>, "0160");
+}
+
+void CommandsTest::packetsHaveExactlyTheseBytes()
+{
+    QFETCH(PacketCall, call);
+    QFETCH(QByteArray, bytes);
+    open();
+    QVERIFY(call(*m_device));
+    const QList<Record> records = m_simulator.record();
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(records[0].code, 0xFFDC209Cu);
+    QCOMPARE(records[0].inputLength, 37u);
+    QCOMPARE(records[0].outputLength, 0u);
+    QCOMPARE(records[0].bytes.toHex(' '), bytes.toHex(' '));
+    QCOMPARE(records[0].error, 0u);
+}
+
+void CommandsTest::packetsEndInThirtyZeroBytesWhateverTheCommand()
+{
+    open();
+    for (const DriverCommand &command : driverCommands())
+        observe(command, *m_device);
+    int packets = 0;
+    for (const Record &record : m_simulator.record()) {
+        if (record.code != 0xFFDC209C && record.code != 0xFFDC20A0)
+            continue;
+        QCOMPARE(record.bytes.size(), 37);
+        QCOMPARE(record.bytes.sliced(7), QByteArray(30, '\0'));
+        ++packets;
+    }
+    QCOMPARE(packets, 10);
+}
+
+void CommandsTest::theMixerBlockArrivesWholeAndUncopied()
+{
+    open();
+    QList<double> values;
+    for (int i = 0; i < 8288; ++i)
+        values.append(i + 0.25);
+    MixerBlock block;
+    std::memcpy(&block, values.constData(), sizeof block);
+    Win32Spy spy;
+    QVERIFY(m_device->sendMixerBlock(block));
+    const QList<Win32Call> calls = spy.stop();
+    QCOMPARE(textsOf(calls), QStringList{Win32Spy::commandText(0xFFDC2040, 66304, 0)});
+    QCOMPARE(calls[0].input, static_cast<const void *>(&block));
+    QCOMPARE(m_simulator.mixerBlock(), values);
+}
+
+void CommandsTest::theMixerBlockIsSentWholeForASingleChange()
+{
+    open();
+    MixerBlock block{};
+    QVERIFY(m_device->sendMixerBlock(block));
+    block.matrix[255][31] = -0.5;
+    QVERIFY(m_device->sendMixerBlock(block));
+    const QList<Record> records = m_simulator.record();
+    QCOMPARE(records.size(), 2);
+    QCOMPARE(records[0].text(), QStringLiteral("sendMixerBlock"));
+    QCOMPARE(records[1].text(), QStringLiteral("sendMixerBlock (255,31)=-0.5"));
+    QCOMPARE(records[1].changes[0].index, 8191);
+    QCOMPARE(records[0].inputLength, 66304u);
+    QCOMPARE(records[1].inputLength, 66304u);
+}
+
+void CommandsTest::theMeterRecordIsFilledInPlace()
+{
+    open();
+    QMap<int, qint32> levels;
+    for (int i = 0; i < 192; ++i)
+        levels.insert(i, (i % 2 == 0 ? 1 : -1) * (1 + i * 11000000));
+    QVERIFY(m_simulator.setMeters(levels));
+    MeterRecord record{};
+    Win32Spy spy;
+    QVERIFY(m_device->readMeterData(record));
+    const QList<Win32Call> calls = spy.stop();
+    QCOMPARE(textsOf(calls), QStringList{Win32Spy::commandText(0xFFDC2074, 0, 768)});
+    QCOMPARE(calls[0].output, static_cast<const void *>(&record));
+    QCOMPARE(QList<qint32>(std::begin(record.levels), std::end(record.levels)), levels.values());
+}
+
+void CommandsTest::vendorRequestMakesTheReplyThirtyTwoBytes_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<bool>("driverFails");
+    for (const int length : {0, 1, 10, 31, 32, 33, 64, 1000}) {
+        QTest::addRow("%d", length) << length << false;
+        QTest::addRow("%d, the driver fails", length) << length << true;
+    }
+}
+
+void CommandsTest::vendorRequestMakesTheReplyThirtyTwoBytes()
+{
+    QFETCH(int, length);
+    QFETCH(bool, driverFails);
+    open();
+    if (driverFails) {
+        QVERIFY(m_simulator.fail(QStringLiteral("vendorRequest"), 1, ERROR_GEN_FAILURE));
+        ++m_faults;
+    }
+    const QByteArray request = packet("0165");
+    const QByteArray before = pattern(length);
+    std::vector<std::uint8_t> reply(before.begin(), before.end());
+    Win32Spy spy;
+    QCOMPARE(m_device->vendorRequest({request.begin(), request.end()}, reply), !driverFails);
+    const QList<Win32Call> calls = spy.stop();
+    QCOMPARE(textsOf(calls), QStringList{Win32Spy::commandText(0xFFDC20A0, 37, 32)});
+    // What was there stays, what is new is zero, until the device answers.
+    const QByteArray offered = before.first(std::min(length, 32)).leftJustified(32, '\0');
+    QCOMPARE(calls[0].outputBefore.toHex(), offered.toHex());
+    QCOMPARE(calls[0].output, static_cast<const void *>(reply.data()));
+    const QByteArray expected =
+        driverFails ? offered : QByteArray("2025093001").leftJustified(32, '\0');
+    QCOMPARE(
+        QByteArray(reinterpret_cast<const char *>(reply.data()), qsizetype(reply.size())).toHex(),
+        expected.toHex());
+}
+
+void CommandsTest::vendorRequestSendsTheRequestWithItsOwnLength_data()
+{
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("empty") << QByteArray() << QStringLiteral("vendorRequest !24");
+    QTest::newRow("1 byte") << QByteArray(1, '\1') << QStringLiteral("vendorRequest <1 bytes> !24");
+    QTest::newRow("a byte short") << packet("0165").chopped(1)
+                                  << QStringLiteral("vendorRequest <36 bytes> !24");
+    QTest::newRow("a byte more") << packet("0165") + '\0'
+                                 << QStringLiteral("vendorRequest <38 bytes> !24");
+    QTest::newRow("another opcode") << packet("0166") << QStringLiteral("vendorRequest 0x66 !1");
+    QTest::newRow("the version") << packet("0165") << QStringLiteral("getFirmwareVersion");
+}
+
+void CommandsTest::vendorRequestSendsTheRequestWithItsOwnLength()
+{
+    QFETCH(QByteArray, request);
+    QFETCH(QString, line);
+    open();
+    std::vector<std::uint8_t> reply;
+    const bool isVersion = line == QLatin1String("getFirmwareVersion");
+    QCOMPARE(m_device->vendorRequest({request.begin(), request.end()}, reply), isVersion);
+    QCOMPARE(reply.size(), std::size_t(32));
+    const QList<Record> records = m_simulator.record();
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(records[0].text(), line);
+    QCOMPARE(records[0].inputLength, quint32(request.size()));
+    QCOMPARE(records[0].outputLength, 32u);
+    QCOMPARE(records[0].bytes, request);
+}
+
+void CommandsTest::getFirmwareVersionCopiesUpToItsCapacity_data()
+{
+    QTest::addColumn<quint32>("capacity");
+    QTest::addColumn<int>("copied");
+    QTest::newRow("0") << 0u << 0;
+    QTest::newRow("1") << 1u << 1;
+    QTest::newRow("4") << 4u << 4;
+    QTest::newRow("9") << 9u << 9;
+    QTest::newRow("10") << 10u << 10;
+    QTest::newRow("11") << 11u << 10;
+    QTest::newRow("32") << 32u << 10;
+    QTest::newRow("255") << 255u << 10;
+    QTest::newRow("256") << 256u << 10;
+    QTest::newRow("largest") << 0xFFFFFFFFu << 10;
+}
+
+void CommandsTest::getFirmwareVersionCopiesUpToItsCapacity()
+{
+    QFETCH(quint32, capacity);
+    QFETCH(int, copied);
+    open();
+    std::vector<std::uint8_t> version(40, 0xEE);
+    QVERIFY(m_device->getFirmwareVersion(version.data(), capacity));
+    const QByteArray expected =
+        QByteArray("2025093001").first(copied) + QByteArray(40 - copied, '\xEE');
+    QCOMPARE(QByteArray(reinterpret_cast<const char *>(version.data()), 40).toHex(),
+             expected.toHex());
+    QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getFirmwareVersion")});
+}
+
+void CommandsTest::getFirmwareVersionTakesAnyByte()
+{
+    const QByteArray firmware = QByteArray::fromHex("00ff01807f0a0d00fe20");
+    QVERIFY(m_simulator.setFirmware(firmware));
+    open();
+    QByteArray version(10, '\xEE');
+    QVERIFY(m_device->getFirmwareVersion(reinterpret_cast<std::uint8_t *>(version.data()), 10));
+    QCOMPARE(version.toHex(), firmware.toHex());
+}
+
+void CommandsTest::getFirmwareVersionEndsItsComplaintAndFlushes()
+{
+    std::uint8_t version[10];
+    const ConsoleCapture errors(std::cerr);
+    QVERIFY(!m_device->getFirmwareVersion(version, sizeof version));
+    QCOMPARE(errors.lines(),
+             QStringList{QStringLiteral("Failed to read firmware version from device.")});
+    QVERIFY(errors.endsWithALineEnd());
+    QVERIFY(errors.flushes() > 0);
+}
+
+void CommandsTest::theDriverRejectsWrongLengths_data()
+{
+    QTest::addColumn<quint32>("code");
+    QTest::addColumn<int>("inputLength");
+    QTest::addColumn<int>("outputLength");
+    QTest::addColumn<quint32>("error");
+    QList<quint32> codes;
+    for (const DriverCommand &command : driverCommands()) {
+        if (codes.contains(command.code))
+            continue;
+        codes.append(command.code);
+        const int input = int(command.input.size());
+        const int output = int(command.outputLength);
+        const auto row = [&](const char *what, int inputLength, int outputLength, quint32 error) {
+            QTest::addRow("%s %s", qPrintable(command.name), what)
+                << command.code << inputLength << outputLength << error;
+        };
+        row("input a byte more", input + 1, output, 24);
+        if (input > 0) {
+            row("input a byte short", input - 1, output, 24);
+            row("no input", 0, output, 24);
+        }
+        if (output > 0) {
+            row("output a byte short", input, output - 1, 122);
+            row("no output", input, 0, 122);
+        }
+    }
+    QCOMPARE(codes.size(), 17);
+}
+
+void CommandsTest::theDriverRejectsWrongLengths()
+{
+    QFETCH(quint32, code);
+    QFETCH(int, inputLength);
+    QFETCH(int, outputLength);
+    QFETCH(quint32, error);
+    open();
+    const QByteArray before = pattern(outputLength);
+    QByteArray output = before;
+    const RawResult result = request(handleOf(*m_device), code, pattern(inputLength), output);
+    QVERIFY(!result.done);
+    QCOMPARE(result.error, DWORD(error));
+    QCOMPARE(output, before);
+    const QList<Record> records = m_simulator.record();
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(records[0].code, code);
+    QCOMPARE(records[0].inputLength, quint32(inputLength));
+    QCOMPARE(records[0].outputLength, quint32(outputLength));
+    QCOMPARE(records[0].error, error);
+}
+
+void CommandsTest::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < driverCommands().size(); ++i) {
+        if (driverCommands()[i].outputLength > 0)
+            QTest::newRow(qPrintable(driverCommands()[i].name)) << i;
+    }
+}
+
+void CommandsTest::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes()
+{
+    QFETCH(int, index);
+    const DriverCommand &command = driverCommands()[index];
+    const qsizetype length = command.outputLength;
+    open();
+    QByteArray output(length + 9, '\x55');
+    const RawResult result = request(handleOf(*m_device), command.code, command.input, output);
+    QVERIFY(result.done);
+    QCOMPARE(result.returned, DWORD(length));
+    QVERIFY(output.first(length) != QByteArray(length, '\x55'));
+    QCOMPARE(output.sliced(length), QByteArray(9, '\x55'));
+}
+
+void CommandsTest::theDriverRejectsCodesThatAreNotUsed_data()
+{
+    QTest::addColumn<quint32>("function");
+    for (quint32 function = 0x809; function <= 0x826; ++function) {
+        const bool isUsed = std::any_of(driverCommands().begin(), driverCommands().end(),
+                                        [=](const DriverCommand &command) {
+                                            return command.code == (0xFFDCu << 16 | function << 2);
+                                        });
+        if (!isUsed)
+            QTest::addRow("0x%x", function) << function;
+    }
+}
+
+void CommandsTest::theDriverRejectsCodesThatAreNotUsed()
+{
+    QFETCH(quint32, function);
+    open();
+    QByteArray output(4, '\x55');
+    const RawResult result =
+        request(handleOf(*m_device), 0xFFDCu << 16 | function << 2, QByteArray(), output);
+    QVERIFY(!result.done);
+    QCOMPARE(result.error, DWORD(ERROR_INVALID_FUNCTION));
+    QCOMPARE(output, QByteArray(4, '\x55'));
+}
+
+QTEST_GUILESS_MAIN(CommandsTest)
+#include "tst_commands.moc"

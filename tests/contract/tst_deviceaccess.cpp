@@ -1,0 +1,367 @@
+#include "consolecapture.h"
+#include "devicehandle.h"
+#include "logcapture.h"
+#include "openaccess.h"
+#include "testsimulator.h"
+#include "vesmoraiocontrol.h"
+#include "win32spy.h"
+
+#include <QTest>
+
+#include <iostream>
+#include <memory>
+
+namespace {
+
+QString path(int bus)
+{
+    return QStringLiteral("\\\\.\\VesmoraAudioBus%1").arg(bus);
+}
+
+/// What openDevice() writes when the busses before @p bus answer nothing; 16 for all of them.
+QStringList failures(int bus)
+{
+    QStringList lines;
+    for (int i = 0; i < bus; ++i)
+        lines.append(QStringLiteral("Open device %1 failed, error: 2").arg(path(i)));
+    return lines;
+}
+
+QString success(int bus)
+{
+    return QStringLiteral("Open device %1 success!").arg(path(bus));
+}
+
+/// The opens of busses 0 to @p last.
+QStringList opens(int last)
+{
+    QStringList texts;
+    for (int i = 0; i <= last; ++i)
+        texts.append(Win32Spy::openText(path(i)));
+    return texts;
+}
+
+/// One openDevice() and all that was seen of it.
+struct Opening {
+    bool result = false;
+    QList<Win32Call> calls;
+    QStringList lines;
+    int flushes = 0;
+    bool isEnded = false; ///< whether the last line was
+    QStringList errorLines;
+    QStringList log;
+};
+
+Opening openDevice(VesmoraIoControl &device)
+{
+    Opening opening;
+    LogCapture log;
+    const ConsoleCapture output(std::wcout);
+    const ConsoleCapture errors(std::cerr);
+    Win32Spy spy;
+    opening.result = device.openDevice();
+    opening.calls = spy.stop();
+    opening.lines = output.lines();
+    opening.flushes = output.flushes();
+    opening.isEnded = output.endsWithALineEnd();
+    opening.errorLines = errors.lines();
+    opening.log = log.lines();
+    return opening;
+}
+
+QList<Win32Call> callsOfDeleting(std::unique_ptr<VesmoraIoControl> device)
+{
+    Win32Spy spy;
+    device.reset();
+    return spy.stop();
+}
+
+} // namespace
+
+class DeviceAccessTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void aFreshObjectIsClosedAndCallsNothing();
+    void withNoDriverSixteenFailuresInOrderAndFalse();
+    void onlyBusThreeThreeFailuresThenSuccessAndNoMore();
+    void theFirstBusThatOpensIsKept_data();
+    void theFirstBusThatOpensIsKept();
+    void aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried_data();
+    void aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried();
+    void aFailureAfterAnEarlierErrorReportsItsOwn();
+    void asksForReadingAndWritingAndShared();
+
+    void deletingAnObjectWhoseOpenFailedCallsNoCloseHandle();
+    void deletingClosesTheHandleOnce();
+    void aNullHandleCountsAsOpen();
+    void twoOwnersOpenTheDeviceAtTheSameTime();
+    void deletingOneOwnerLeavesTheOtherOpen();
+
+    void unpluggingLeavesTheHandleOpen();
+    void anUnpluggedDeviceCanBeOpenedAgainOnlyByANewObject();
+    void aClosedHandleIsInvalidToTheSystem();
+
+private:
+    std::unique_ptr<VesmoraIoControl> openedDevice();
+
+    TestSimulator m_simulator;
+};
+
+void DeviceAccessTest::init()
+{
+    QVERIFY2(m_simulator.reset(), qPrintable(m_simulator.errorString()));
+}
+
+void DeviceAccessTest::cleanup()
+{
+    // A close that is still under way would turn up in the next test's record.
+    QTRY_COMPARE(m_simulator.state().openHandles, 0u);
+}
+
+std::unique_ptr<VesmoraIoControl> DeviceAccessTest::openedDevice()
+{
+    auto device = std::make_unique<VesmoraIoControl>();
+    if (!openDevice(*device).result)
+        qFatal("The device does not open");
+    return device;
+}
+
+void DeviceAccessTest::aFreshObjectIsClosedAndCallsNothing()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    Win32Spy spy;
+    {
+        const VesmoraIoControl device;
+        QCOMPARE(handleOf(device), INVALID_HANDLE_VALUE);
+    }
+    QCOMPARE(textsOf(spy.stop()), QStringList());
+}
+
+void DeviceAccessTest::withNoDriverSixteenFailuresInOrderAndFalse()
+{
+    VesmoraIoControl device;
+    const Opening opening = openDevice(device);
+    QVERIFY(!opening.result);
+    QCOMPARE(opening.lines, failures(16));
+    QVERIFY(opening.isEnded);
+    QCOMPARE(opening.flushes, 16);
+    QCOMPARE(textsOf(opening.calls), opens(15));
+    QCOMPARE(handleOf(device), INVALID_HANDLE_VALUE);
+    QCOMPARE(opening.errorLines, QStringList());
+    QCOMPARE(opening.log, QStringList());
+    QCOMPARE(m_simulator.events(), QStringList());
+}
+
+void DeviceAccessTest::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX2, 3));
+    VesmoraIoControl device;
+    const Opening opening = openDevice(device);
+    QVERIFY(opening.result);
+    QCOMPARE(opening.lines,
+             (QStringList{QStringLiteral("Open device \\\\.\\VesmoraAudioBus0 failed, error: 2"),
+                          QStringLiteral("Open device \\\\.\\VesmoraAudioBus1 failed, error: 2"),
+                          QStringLiteral("Open device \\\\.\\VesmoraAudioBus2 failed, error: 2"),
+                          QStringLiteral("Open device \\\\.\\VesmoraAudioBus3 success!")}));
+    QCOMPARE(opening.flushes, 4);
+    QCOMPARE(textsOf(opening.calls), opens(3));
+    QCOMPARE(m_simulator.events(),
+             (QStringList{QStringLiteral("plug 2 3"), QStringLiteral("open")}));
+}
+
+void DeviceAccessTest::theFirstBusThatOpensIsKept_data()
+{
+    QTest::addColumn<int>("bus");
+    for (int bus = 0; bus < 16; ++bus)
+        QTest::addRow("bus %d", bus) << bus;
+}
+
+void DeviceAccessTest::theFirstBusThatOpensIsKept()
+{
+    QFETCH(int, bus);
+    QVERIFY(m_simulator.plug(VESMORA_PID_RM, bus));
+    VesmoraIoControl device;
+    const Opening opening = openDevice(device);
+    QVERIFY(opening.result);
+    QCOMPARE(opening.lines, failures(bus) << success(bus));
+    QVERIFY(opening.isEnded);
+    QCOMPARE(opening.flushes, bus + 1);
+    QCOMPARE(textsOf(opening.calls), opens(bus));
+    QCOMPARE(handleOf(device), opening.calls.constLast().handle);
+    QVERIFY(handleOf(device) != INVALID_HANDLE_VALUE);
+    QCOMPARE(opening.errorLines, QStringList());
+    QCOMPARE(opening.log, QStringList());
+
+    const QList<Record> events = m_simulator.record();
+    QCOMPARE(events.size(), 2);
+    QCOMPARE(events[1].text(), QStringLiteral("open"));
+    QCOMPARE(events[1].bus, quint32(bus));
+}
+
+void DeviceAccessTest::aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried_data()
+{
+    QTest::addColumn<quint32>("error");
+    QTest::newRow("access denied") << 5u;
+    QTest::newRow("sharing violation") << 32u;
+    QTest::newRow("general failure") << 31u;
+    QTest::newRow("not connected") << 1167u;
+    QTest::newRow("largest") << 65535u;
+}
+
+void DeviceAccessTest::aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried()
+{
+    QFETCH(quint32, error);
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1, 1));
+    QVERIFY(m_simulator.fail(QStringLiteral("open"), 1, error));
+    auto device = std::make_unique<VesmoraIoControl>();
+    const Opening opening = openDevice(*device);
+    QVERIFY(!opening.result);
+    QStringList expected = failures(16);
+    expected[1] = QStringLiteral("Open device %1 failed, error: %2").arg(path(1)).arg(error);
+    QCOMPARE(opening.lines, expected);
+    QCOMPARE(textsOf(opening.calls), opens(15));
+    QCOMPARE(handleOf(*device), INVALID_HANDLE_VALUE);
+    QCOMPARE(textsOf(callsOfDeleting(std::move(device))), QStringList());
+    QCOMPARE(m_simulator.events(),
+             (QStringList{QStringLiteral("plug 1 1"), QStringLiteral("open !%1").arg(error)}));
+}
+
+void DeviceAccessTest::aFailureAfterAnEarlierErrorReportsItsOwn()
+{
+    SetLastError(1450);
+    VesmoraIoControl device;
+    QCOMPARE(openDevice(device).lines, failures(16));
+}
+
+void DeviceAccessTest::asksForReadingAndWritingAndShared()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    const auto device = openedDevice();
+    const QList<Record> events = m_simulator.record();
+    QCOMPARE(events.size(), 2);
+    const OpenAccess access = accessOf(handleOf(*device), events[1]);
+    QCOMPARE(access.granted, access.readAndWrite);
+    QCOMPARE(events[1].share, 3u);
+}
+
+void DeviceAccessTest::deletingAnObjectWhoseOpenFailedCallsNoCloseHandle()
+{
+    auto device = std::make_unique<VesmoraIoControl>();
+    QVERIFY(!openDevice(*device).result);
+    QCOMPARE(textsOf(callsOfDeleting(std::move(device))), QStringList());
+    QCOMPARE(m_simulator.events(), QStringList());
+}
+
+void DeviceAccessTest::deletingClosesTheHandleOnce()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    auto device = openedDevice();
+    const HANDLE handle = handleOf(*device);
+    QCOMPARE(m_simulator.state().openHandles, 1u);
+    const QList<Win32Call> calls = callsOfDeleting(std::move(device));
+    QCOMPARE(textsOf(calls), QStringList{Win32Spy::closeText()});
+    QCOMPARE(calls[0].handle, handle);
+    QCOMPARE(calls[0].error, DWORD(0));
+    QTRY_COMPARE(
+        m_simulator.events(),
+        (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("close")}));
+}
+
+void DeviceAccessTest::aNullHandleCountsAsOpen()
+{
+    auto device = std::make_unique<VesmoraIoControl>();
+    setHandle(*device, nullptr);
+    Win32Spy spy;
+    QVERIFY(!device->stopAudio());
+    QVERIFY(device->upgradeFirmware());
+    device.reset();
+    const QList<Win32Call> calls = spy.stop();
+    QCOMPARE(textsOf(calls),
+             (QStringList{Win32Spy::commandText(0xFFDC2078, 0, 0),
+                          Win32Spy::commandText(0xFFDC209C, 37, 0), Win32Spy::closeText()}));
+    for (const Win32Call &call : calls) {
+        QCOMPARE(call.handle, HANDLE(nullptr));
+        QCOMPARE(call.error, DWORD(ERROR_INVALID_HANDLE));
+    }
+}
+
+void DeviceAccessTest::twoOwnersOpenTheDeviceAtTheSameTime()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    const auto first = openedDevice();
+    const auto second = openedDevice();
+    QVERIFY(handleOf(*first) != handleOf(*second));
+    QVERIFY(second->setBufferSize(64));
+    QVERIFY(first->setUsbLatency(4));
+    const QList<Record> events = m_simulator.record();
+    QCOMPARE(
+        m_simulator.events(),
+        (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("open"),
+                     QStringLiteral("setBufferSize 64"), QStringLiteral("setUsbLatency 4")}));
+    QVERIFY(events[1].handle != events[2].handle);
+    QCOMPARE(events[3].handle, events[2].handle);
+    QCOMPARE(events[4].handle, events[1].handle);
+    QCOMPARE(m_simulator.state().openHandles, 2u);
+}
+
+void DeviceAccessTest::deletingOneOwnerLeavesTheOtherOpen()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    auto first = openedDevice();
+    const auto second = openedDevice();
+    first.reset();
+    QTRY_COMPARE(m_simulator.state().openHandles, 1u);
+    QVERIFY(second->stopAudio());
+}
+
+void DeviceAccessTest::unpluggingLeavesTheHandleOpen()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    auto device = openedDevice();
+    const HANDLE handle = handleOf(*device);
+    QVERIFY(m_simulator.unplug());
+    QVERIFY(!device->stopAudio());
+    QCOMPARE(handleOf(*device), handle);
+    QCOMPARE(m_simulator.state().openHandles, 1u);
+    const QList<Win32Call> calls = callsOfDeleting(std::move(device));
+    QCOMPARE(textsOf(calls), QStringList{Win32Spy::closeText()});
+    QCOMPARE(calls[0].error, DWORD(0));
+    QTRY_COMPARE(
+        m_simulator.events(),
+        (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("unplug"),
+                     QStringLiteral("stopAudio !1167"), QStringLiteral("close")}));
+}
+
+void DeviceAccessTest::anUnpluggedDeviceCanBeOpenedAgainOnlyByANewObject()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    const auto old = openedDevice();
+    QVERIFY(m_simulator.unplug());
+    QVERIFY(!openDevice(*std::make_unique<VesmoraIoControl>()).result);
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    QVERIFY(!old->stopAudio());
+    QVERIFY(openedDevice()->stopAudio());
+}
+
+void DeviceAccessTest::aClosedHandleIsInvalidToTheSystem()
+{
+    QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
+    auto device = openedDevice();
+    const HANDLE handle = handleOf(*device);
+    device.reset();
+    DWORD returned = 0;
+    const BOOL done =
+        DeviceIoControl(handle, VESMORA_STOP_AUDIO, nullptr, 0, nullptr, 0, &returned, nullptr);
+    const DWORD error = GetLastError();
+    QVERIFY(!done);
+    QCOMPARE(error, DWORD(ERROR_INVALID_HANDLE));
+    QCOMPARE(m_simulator.requests(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(DeviceAccessTest)
+#include "tst_deviceaccess.moc"

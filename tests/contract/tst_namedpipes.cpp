@@ -1,0 +1,649 @@
+#include <windows.h>
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <chrono>
+#include <future>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto deadline = 20s;
+/// Nothing succeeds or fails with this one.
+constexpr DWORD untouched = 0x20000000;
+
+/// What a call returned and, at once, the error it left.
+struct Outcome {
+    bool ok = false;
+    DWORD error = 0;
+    QByteArray bytes = {};
+
+    bool failedWith(DWORD expected) const { return !ok && error == expected; }
+};
+
+template <typename Call> Outcome outcome(Call call)
+{
+    SetLastError(untouched);
+    const bool ok = call() != FALSE;
+    return {ok, GetLastError()};
+}
+
+class Handle
+{
+public:
+    explicit Handle(HANDLE handle = INVALID_HANDLE_VALUE)
+        : m_handle(handle)
+        , m_error(GetLastError())
+    { }
+    Handle(Handle &&other) noexcept
+        : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE))
+        , m_error(other.m_error)
+    { }
+    Handle &operator=(Handle &&other) noexcept
+    {
+        std::swap(m_handle, other.m_handle);
+        std::swap(m_error, other.m_error);
+        return *this;
+    }
+    ~Handle() { close(); }
+
+    void close()
+    {
+        if (isOpen())
+            CloseHandle(std::exchange(m_handle, INVALID_HANDLE_VALUE));
+    }
+    HANDLE get() const { return m_handle; }
+    bool isOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
+    bool failedWith(DWORD error) const { return !isOpen() && m_error == error; }
+
+private:
+    HANDLE m_handle;
+    DWORD m_error;
+};
+
+Handle createPipe(const std::wstring &name, DWORD maximumInstances = PIPE_UNLIMITED_INSTANCES)
+{
+    return Handle(CreateNamedPipeW(name.c_str(), PIPE_ACCESS_DUPLEX,
+                                   PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
+                                   maximumInstances, 65536, 65536, 300, nullptr));
+}
+
+Handle openPipe(const std::wstring &name, DWORD access = GENERIC_READ | GENERIC_WRITE)
+{
+    return Handle(CreateFileW(name.c_str(), access, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+/// Opens the pipe as soon as an instance is free.
+Handle openPipeWhenFree(const std::wstring &name)
+{
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    Handle client = openPipe(name);
+    while (client.failedWith(ERROR_PIPE_BUSY) && std::chrono::steady_clock::now() < end) {
+        Sleep(1);
+        client = openPipe(name);
+    }
+    return client;
+}
+
+Outcome awaitClient(const Handle &pipe)
+{
+    return outcome([&] { return ConnectNamedPipe(pipe.get(), nullptr); });
+}
+
+Outcome dropClient(const Handle &pipe)
+{
+    return outcome([&] { return DisconnectNamedPipe(pipe.get()); });
+}
+
+Outcome receive(const Handle &pipe, DWORD length = 1024)
+{
+    QByteArray buffer(static_cast<qsizetype>(length), '\0');
+    DWORD count = 0;
+    Outcome result =
+        outcome([&] { return ReadFile(pipe.get(), buffer.data(), length, &count, nullptr); });
+    result.bytes = buffer.left(static_cast<qsizetype>(count));
+    return result;
+}
+
+Outcome transmit(const Handle &pipe, const QByteArray &message)
+{
+    const auto length = static_cast<DWORD>(message.size());
+    DWORD count = 0;
+    Outcome result = outcome(
+        [&] { return WriteFile(pipe.get(), message.constData(), length, &count, nullptr); });
+    result.ok = result.ok && count == length;
+    return result;
+}
+
+/// Runs @p call on a thread of its own.
+template <typename Call> std::future<Outcome> start(Call call)
+{
+    return std::async(std::launch::async, call);
+}
+
+bool hasEnded(const std::future<Outcome> &call, std::chrono::milliseconds patience = deadline)
+{
+    return call.wait_for(patience) == std::future_status::ready;
+}
+
+/// Cancels until the call has ended: it may not have begun to wait when the first request comes.
+bool cancelUntilEnded(const Handle &pipe, const std::future<Outcome> &call)
+{
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    while (!hasEnded(call, 1ms) && std::chrono::steady_clock::now() < end)
+        CancelIoEx(pipe.get(), nullptr);
+    return hasEnded(call, 0ms);
+}
+
+} // namespace
+
+/// The behaviour of named pipes on which the panel and the tests rely, wherever they come from.
+class TestNamedPipes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void openingAPipeThatNobodyCreatedFindsNothing();
+    void openingAPipeWhoseServerClosedItFindsNothing();
+    void aPipeIsConnectableFromItsCreationOn();
+    void aClientThatCameAndLeftBeforeConnectNamedPipeIsNoData();
+    void connectNamedPipeWaitsForAClient();
+    void aClientThatLeavesAtOnceEndsTheWaitWithSuccess();
+    void connectNamedPipeWithAConnectedClientSaysSo();
+    void aTakenInstanceIsBusy();
+    void ofManyClientsAtOnceOneIsServed();
+    void aSecondInstanceServesASecondClient();
+    void moreInstancesThanAllowedAreBusy();
+    void aDisconnectedInstanceIsBusyUntilItListensAgain();
+    void clientsAreServedOneAfterAnother();
+
+    void messagesKeepTheirBoundaries();
+    void messagesWrittenBeforeConnectNamedPipeAreKept();
+    void aMessageLongerThanTheBufferIsReadInParts();
+    void anEmptyMessageIsAMessage();
+    void aClientReadsBytesAcrossMessages();
+    void readFileWaitsForAMessage();
+    void aClientWithoutTheRightMayNotReadOrWrite();
+
+    void whatAClientWroteBeforeItLeftIsReadFirst();
+    void writingToAClientThatLeftFails();
+    void readingAndWritingBeforeAnyClientFails();
+    void readingAndWritingAfterDisconnectingFails();
+    void disconnectingDiscardsWhatTheClientHasNotRead();
+    void disconnectingWakesAReadingClient();
+    void disconnectingTwiceFails();
+    void aClientWhoseServerClosedReadsTheRestFirst();
+    void closingTheServerWakesAReadingClient();
+
+    void cancellingEndsConnectNamedPipe();
+    void cancellingEndsReadFile();
+    void callsOnAnUnknownHandleFail();
+
+private:
+    QTemporaryDir m_folder;
+    std::wstring m_name;
+};
+
+void TestNamedPipes::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    // Keeps the pipes of parallel runs apart where they are files; Windows takes no notice.
+    qputenv("VESMORA_HOST_DIR", m_folder.path().toLocal8Bit());
+}
+
+void TestNamedPipes::init()
+{
+    m_name = QStringLiteral(R"(\\.\pipe\VesmoraTest-%1-%2)")
+                 .arg(QCoreApplication::applicationPid())
+                 .arg(QLatin1String(QTest::currentTestFunction()))
+                 .toStdWString();
+}
+
+void TestNamedPipes::openingAPipeThatNobodyCreatedFindsNothing()
+{
+    QVERIFY(openPipe(m_name).failedWith(ERROR_FILE_NOT_FOUND));
+}
+
+void TestNamedPipes::openingAPipeWhoseServerClosedItFindsNothing()
+{
+    Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    QVERIFY(client.isOpen());
+    server.close();
+    QVERIFY(openPipe(m_name).failedWith(ERROR_FILE_NOT_FOUND));
+}
+
+void TestNamedPipes::aPipeIsConnectableFromItsCreationOn()
+{
+    const Handle server = createPipe(m_name);
+    QVERIFY(server.isOpen());
+    const Handle client = openPipe(m_name);
+    QVERIFY(client.isOpen());
+    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
+}
+
+void TestNamedPipes::aClientThatCameAndLeftBeforeConnectNamedPipeIsNoData()
+{
+    const Handle server = createPipe(m_name);
+    Handle client = openPipe(m_name);
+    QVERIFY(transmit(client, "1").ok);
+    client.close();
+    QVERIFY(awaitClient(server).failedWith(ERROR_NO_DATA));
+    QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
+    QVERIFY(awaitClient(server).failedWith(ERROR_NO_DATA));
+
+    QVERIFY(dropClient(server).ok);
+    std::future<Outcome> connected = start([&] { return awaitClient(server); });
+    QVERIFY(openPipeWhenFree(m_name).isOpen());
+    QVERIFY(connected.get().ok);
+}
+
+void TestNamedPipes::connectNamedPipeWaitsForAClient()
+{
+    const Handle server = createPipe(m_name);
+    QVERIFY(openPipe(m_name).isOpen());
+    awaitClient(server);
+    QVERIFY(dropClient(server).ok);
+
+    std::future<Outcome> connected = start([&] { return awaitClient(server); });
+    const Handle client = openPipeWhenFree(m_name);
+    QVERIFY(client.isOpen());
+    QVERIFY(hasEnded(connected));
+    QVERIFY(connected.get().ok);
+    QVERIFY(transmit(client, "1").ok);
+    QCOMPARE(receive(server).bytes, QByteArray("1"));
+}
+
+void TestNamedPipes::aClientThatLeavesAtOnceEndsTheWaitWithSuccess()
+{
+    const Handle server = createPipe(m_name);
+    const Handle first = openPipe(m_name);
+    awaitClient(server);
+    for (int round = 0; round < 50; ++round) {
+        QVERIFY(dropClient(server).ok);
+        // Only now, after a disconnection, does an open prove that the server is waiting.
+        std::future<Outcome> connected = start([&] { return awaitClient(server); });
+        Handle client = openPipeWhenFree(m_name);
+        QVERIFY(transmit(client, "1").ok);
+        client.close();
+        QVERIFY(connected.get().ok);
+        QCOMPARE(receive(server).bytes, QByteArray("1"));
+        QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+    }
+}
+
+void TestNamedPipes::connectNamedPipeWithAConnectedClientSaysSo()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
+    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
+}
+
+void TestNamedPipes::aTakenInstanceIsBusy()
+{
+    const Handle server = createPipe(m_name);
+    const Handle first = openPipe(m_name);
+    QVERIFY(first.isOpen());
+    QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
+    awaitClient(server);
+    QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
+}
+
+void TestNamedPipes::ofManyClientsAtOnceOneIsServed()
+{
+    const Handle server = createPipe(m_name);
+    std::future<Outcome> connected = start([&] { return awaitClient(server); });
+    int refused = 0;
+    std::array<std::future<Handle>, 8> openings;
+    for (std::future<Handle> &opening : openings)
+        opening = std::async(std::launch::async, [&] { return openPipe(m_name); });
+    std::vector<Handle> served;
+    for (std::future<Handle> &opening : openings) {
+        Handle client = opening.get();
+        if (client.failedWith(ERROR_PIPE_BUSY))
+            ++refused;
+        else if (client.isOpen())
+            served.push_back(std::move(client));
+    }
+    QCOMPARE(served.size(), 1u);
+    QCOMPARE(refused, 7);
+    QVERIFY(hasEnded(connected));
+    QVERIFY(transmit(served.front(), "served").ok);
+    QCOMPARE(receive(server).bytes, QByteArray("served"));
+}
+
+void TestNamedPipes::aSecondInstanceServesASecondClient()
+{
+    const Handle firstServer = createPipe(m_name);
+    const Handle secondServer = createPipe(m_name);
+    const Handle first = openPipe(m_name);
+    const Handle second = openPipe(m_name);
+    QVERIFY(first.isOpen());
+    QVERIFY(second.isOpen());
+    QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
+    QVERIFY(awaitClient(firstServer).failedWith(ERROR_PIPE_CONNECTED));
+    QVERIFY(awaitClient(secondServer).failedWith(ERROR_PIPE_CONNECTED));
+
+    QVERIFY(transmit(first, "message").ok);
+    QVERIFY(transmit(second, "message").ok);
+    QCOMPARE(receive(firstServer).bytes, QByteArray("message"));
+    QCOMPARE(receive(secondServer).bytes, QByteArray("message"));
+}
+
+void TestNamedPipes::moreInstancesThanAllowedAreBusy()
+{
+    Handle server = createPipe(m_name, 1);
+    QVERIFY(server.isOpen());
+    QVERIFY(createPipe(m_name, 1).failedWith(ERROR_PIPE_BUSY));
+    server.close();
+    QVERIFY(createPipe(m_name, 1).isOpen());
+}
+
+void TestNamedPipes::aDisconnectedInstanceIsBusyUntilItListensAgain()
+{
+    const Handle server = createPipe(m_name);
+    Handle client = openPipe(m_name);
+    awaitClient(server);
+    client.close();
+    QVERIFY(dropClient(server).ok);
+    QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
+
+    std::future<Outcome> connected = start([&] { return awaitClient(server); });
+    QVERIFY(openPipeWhenFree(m_name).isOpen());
+    QVERIFY(connected.get().ok);
+}
+
+void TestNamedPipes::clientsAreServedOneAfterAnother()
+{
+    constexpr int clients = 4;
+    constexpr int messages = 25;
+    const Handle server = createPipe(m_name);
+    std::vector<std::future<Outcome>> calls;
+    for (char letter = 'a'; letter < 'a' + clients; ++letter) {
+        calls.push_back(start([this, letter] {
+            Outcome last{true};
+            for (int message = 0; last.ok && message < messages; ++message) {
+                const Handle client = openPipeWhenFree(m_name);
+                last = transmit(client, QByteArray(1, letter));
+                // Wait until the server has read it and lets go.
+                receive(client);
+            }
+            return last;
+        }));
+    }
+    QByteArray received;
+    for (int message = 0; message < clients * messages; ++message) {
+        const Outcome connected = awaitClient(server);
+        QVERIFY(connected.ok || connected.error == ERROR_PIPE_CONNECTED);
+        received += receive(server).bytes;
+        QVERIFY(dropClient(server).ok);
+    }
+    for (std::future<Outcome> &call : calls)
+        QVERIFY(call.get().ok);
+    for (char letter = 'a'; letter < 'a' + clients; ++letter)
+        QCOMPARE(received.count(letter), messages);
+}
+
+void TestNamedPipes::messagesKeepTheirBoundaries()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(client, "first").ok);
+    QVERIFY(transmit(client, "second").ok);
+    QVERIFY(transmit(client, QByteArray(50000, 'x')).ok);
+    QCOMPARE(receive(server).bytes, QByteArray("first"));
+    QCOMPARE(receive(server, 6).bytes, QByteArray("second"));
+    const Outcome large = receive(server, 60000);
+    QVERIFY(large.ok);
+    QCOMPARE(large.bytes, QByteArray(50000, 'x'));
+}
+
+void TestNamedPipes::messagesWrittenBeforeConnectNamedPipeAreKept()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    QVERIFY(transmit(client, "early").ok);
+    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
+    QCOMPARE(receive(server).bytes, QByteArray("early"));
+}
+
+void TestNamedPipes::aMessageLongerThanTheBufferIsReadInParts()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(client, "0123456789").ok);
+    QVERIFY(transmit(client, "next").ok);
+    Outcome part = receive(server, 4);
+    QVERIFY(part.failedWith(ERROR_MORE_DATA));
+    QCOMPARE(part.bytes, QByteArray("0123"));
+    part = receive(server, 4);
+    QVERIFY(part.failedWith(ERROR_MORE_DATA));
+    QCOMPARE(part.bytes, QByteArray("4567"));
+    part = receive(server, 4);
+    QVERIFY(part.ok);
+    QCOMPARE(part.bytes, QByteArray("89"));
+    QCOMPARE(receive(server).bytes, QByteArray("next"));
+}
+
+void TestNamedPipes::anEmptyMessageIsAMessage()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(client, QByteArray()).ok);
+    QVERIFY(transmit(client, "full").ok);
+    const Outcome empty = receive(server);
+    QVERIFY(empty.ok);
+    QVERIFY(empty.bytes.isEmpty());
+    QCOMPARE(receive(server).bytes, QByteArray("full"));
+}
+
+void TestNamedPipes::aClientReadsBytesAcrossMessages()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(server, "abcdef").ok);
+    QVERIFY(transmit(server, "ghi").ok);
+    Outcome part = receive(client, 4);
+    QVERIFY(part.ok);
+    QCOMPARE(part.bytes, QByteArray("abcd"));
+    part = receive(client);
+    QVERIFY(part.ok);
+    QCOMPARE(part.bytes, QByteArray("efghi"));
+}
+
+void TestNamedPipes::readFileWaitsForAMessage()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    std::future<Outcome> received = start([&] { return receive(server); });
+    QVERIFY(transmit(client, "late").ok);
+    QVERIFY(hasEnded(received));
+    QCOMPARE(received.get().bytes, QByteArray("late"));
+}
+
+void TestNamedPipes::aClientWithoutTheRightMayNotReadOrWrite()
+{
+    const Handle server = createPipe(m_name);
+    const Handle reader = openPipe(m_name, GENERIC_READ);
+    QVERIFY(reader.isOpen());
+    QVERIFY(transmit(reader, "1").failedWith(ERROR_ACCESS_DENIED));
+
+    const Handle secondServer = createPipe(m_name);
+    const Handle writer = openPipe(m_name, GENERIC_WRITE);
+    QVERIFY(writer.isOpen());
+    QVERIFY(receive(writer).failedWith(ERROR_ACCESS_DENIED));
+}
+
+void TestNamedPipes::whatAClientWroteBeforeItLeftIsReadFirst()
+{
+    const Handle server = createPipe(m_name);
+    Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(client, "last words").ok);
+    client.close();
+    QCOMPARE(receive(server).bytes, QByteArray("last words"));
+    QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+    QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+}
+
+void TestNamedPipes::writingToAClientThatLeftFails()
+{
+    const Handle server = createPipe(m_name);
+    Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(server, "unread").ok);
+    client.close();
+    QVERIFY(transmit(server, "1").failedWith(ERROR_NO_DATA));
+    QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+}
+
+void TestNamedPipes::readingAndWritingBeforeAnyClientFails()
+{
+    const Handle server = createPipe(m_name);
+    QVERIFY(receive(server).failedWith(ERROR_PIPE_LISTENING));
+    QVERIFY(transmit(server, "1").failedWith(ERROR_PIPE_LISTENING));
+}
+
+void TestNamedPipes::readingAndWritingAfterDisconnectingFails()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(dropClient(server).ok);
+    QVERIFY(receive(server).failedWith(ERROR_PIPE_NOT_CONNECTED));
+    QVERIFY(transmit(server, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
+    QVERIFY(receive(client).failedWith(ERROR_PIPE_NOT_CONNECTED));
+    QVERIFY(transmit(client, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
+}
+
+void TestNamedPipes::disconnectingDiscardsWhatTheClientHasNotRead()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(server, "lost").ok);
+    QVERIFY(transmit(client, "lost as well").ok);
+    QVERIFY(dropClient(server).ok);
+    QVERIFY(receive(client).failedWith(ERROR_PIPE_NOT_CONNECTED));
+
+    std::future<Outcome> connected = start([&] { return awaitClient(server); });
+    const Handle next = openPipeWhenFree(m_name);
+    QVERIFY(connected.get().ok);
+    QVERIFY(transmit(next, "kept").ok);
+    QCOMPARE(receive(server).bytes, QByteArray("kept"));
+}
+
+void TestNamedPipes::disconnectingWakesAReadingClient()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    std::future<Outcome> received = start([&] { return receive(client); });
+    QVERIFY(dropClient(server).ok);
+    QVERIFY(hasEnded(received));
+    QVERIFY(received.get().failedWith(ERROR_PIPE_NOT_CONNECTED));
+}
+
+void TestNamedPipes::disconnectingTwiceFails()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(dropClient(server).ok);
+    QVERIFY(dropClient(server).failedWith(ERROR_PIPE_NOT_CONNECTED));
+}
+
+void TestNamedPipes::aClientWhoseServerClosedReadsTheRestFirst()
+{
+    Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    QVERIFY(transmit(server, "rest").ok);
+    server.close();
+    QCOMPARE(receive(client).bytes, QByteArray("rest"));
+    QVERIFY(receive(client).failedWith(ERROR_BROKEN_PIPE));
+    QVERIFY(transmit(client, "1").failedWith(ERROR_NO_DATA));
+}
+
+void TestNamedPipes::closingTheServerWakesAReadingClient()
+{
+    Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    std::future<Outcome> received = start([&] { return receive(client); });
+    server.close();
+    QVERIFY(hasEnded(received));
+    QVERIFY(received.get().failedWith(ERROR_BROKEN_PIPE));
+}
+
+void TestNamedPipes::cancellingEndsConnectNamedPipe()
+{
+    const Handle server = createPipe(m_name);
+    for (int round = 0; round < 20; ++round) {
+        std::future<Outcome> connected = start([&] { return awaitClient(server); });
+        QVERIFY(cancelUntilEnded(server, connected));
+        QVERIFY(connected.get().failedWith(ERROR_OPERATION_ABORTED));
+    }
+    // It still listens.
+    const Handle client = openPipe(m_name);
+    QVERIFY(client.isOpen());
+    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
+}
+
+void TestNamedPipes::cancellingEndsReadFile()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    for (int round = 0; round < 20; ++round) {
+        std::future<Outcome> received = start([&] { return receive(server); });
+        QVERIFY(cancelUntilEnded(server, received));
+        QVERIFY(received.get().failedWith(ERROR_OPERATION_ABORTED));
+    }
+    // The connection has not suffered.
+    QVERIFY(transmit(client, "1").ok);
+    QCOMPARE(receive(server).bytes, QByteArray("1"));
+}
+
+void TestNamedPipes::callsOnAnUnknownHandleFail()
+{
+    Handle server = createPipe(m_name);
+    const HANDLE closed = server.get();
+    server.close();
+    DWORD count = 0;
+    char byte = 0;
+    for (const HANDLE handle : {closed, INVALID_HANDLE_VALUE}) {
+        QVERIFY(outcome([&] {
+                    return ConnectNamedPipe(handle, nullptr);
+                }).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(
+            outcome([&] { return DisconnectNamedPipe(handle); }).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(outcome([&] {
+                    return ReadFile(handle, &byte, 1, &count, nullptr);
+                }).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(outcome([&] {
+                    return WriteFile(handle, &byte, 1, &count, nullptr);
+                }).failedWith(ERROR_INVALID_HANDLE));
+    }
+    QVERIFY(outcome([&] { return CloseHandle(closed); }).failedWith(ERROR_INVALID_HANDLE));
+    QVERIFY(outcome([&] { return CancelIoEx(closed, nullptr); }).failedWith(ERROR_INVALID_HANDLE));
+}
+
+QTEST_GUILESS_MAIN(TestNamedPipes)
+#include "tst_namedpipes.moc"
