@@ -8,12 +8,12 @@
 
 namespace {
 
-const QString defaultLanguage = QStringLiteral("en_US");
+constexpr QLatin1String defaultLanguage("en_US");
 
-/// Every Chinese gets the one Chinese file there is, every other locale English.
+/// Traditional Chinese of Taiwan gets the one Chinese file, too; what is not listed gets English.
 QString languageOf(const QString &locale)
 {
-    static const QMap<QString, QString> languages = {
+    const QMap<QString, QString> languages = {
         {QStringLiteral("en_001"), QStringLiteral("en_US")},
         {QStringLiteral("en_US"), QStringLiteral("en_US")},
         {QStringLiteral("en_GB"), QStringLiteral("en_US")},

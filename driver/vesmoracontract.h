@@ -58,8 +58,7 @@
 #define VESMORA_OPCODE_UPGRADE_FIRMWARE 0x60u
 #define VESMORA_OPCODE_MIC_INSTRUMENT 0x64u
 #define VESMORA_OPCODE_FIRMWARE_VERSION 0x65u
-/* The volume opcodes carry the length of their value, in bytes, where the switches carry a state.
- */
+/* The volume opcodes carry their value's length, in bytes, where the switches carry a state. */
 #define VESMORA_VOLUME_VALUE_LENGTH 0x02u
 
 /* Mixer geometry: rows are destination channels, columns are source channels. */
@@ -84,8 +83,7 @@ typedef struct CommandPacket {
     uint8_t padding[30];
 } CommandPacket;
 
-/* The reply of VESMORA_VENDOR_REQUEST, 32 bytes; for the firmware version only bytes 0 to 9 count.
- */
+/* The reply of VESMORA_VENDOR_REQUEST; of a firmware version only bytes 0 to 9 count. */
 typedef struct VendorReply {
     uint8_t bytes[32];
 } VendorReply;

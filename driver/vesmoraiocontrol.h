@@ -37,8 +37,10 @@ public:
     /// The USB latency in USB frames; @p out keeps its value on failure.
     bool getUsbLatency(std::uint32_t &out);
     bool setUsbLatency(std::uint32_t frames);
+    /// The number of channels that Windows' own audio sees.
     bool setWdmChannelCount(std::uint32_t channels);
 
+    // The audio engine: stopped before a setting changes, then restarted, or set up anew.
     bool stopAudio();
     bool initAudio();
     bool restartAudio();

@@ -112,6 +112,24 @@ void DevicePanel::addVolume(QBoxLayout *column, StereoOutput &output, const QStr
     column->addLayout(buttons);
 }
 
+DevicePanel::VolumeActions DevicePanel::headphoneActions(StereoOutput &output,
+                                                         const KnobAction &volume)
+{
+    const auto mute = [&output, volume](bool on) {
+        output.muted = on;
+        volume(on ? StereoOutput::silenceDb : output.volume->value);
+        qDebug() << (on ? "Headphone Mute Button Clicked: Mute ON"
+                        : "Headphone Mute Button Clicked: Mute OFF");
+    };
+    const auto dim = [&output, volume](bool on) {
+        output.dimmed = on;
+        volume(output.volume->value);
+        qDebug() << (on ? "Headphone Dim Button Clicked: Dim ON"
+                        : "Headphone Dim Button Clicked: Dim OFF");
+    };
+    return {.volume = volume, .mute = mute, .dim = dim};
+}
+
 Knob *DevicePanel::addPhoneVolume(QBoxLayout *column, const QString &name, QBoxLayout *readout,
                                   QLabel *caption, const KnobAction &action)
 {

@@ -40,7 +40,7 @@ public:
     ~DevicePanel() override;
 
 protected:
-    /// @p logSaves has every write to the settings file logged.
+    /// Whether every write to the settings file is logged.
     enum class Saves { Silent, Logged };
     explicit DevicePanel(Saves saves = Saves::Silent);
 
@@ -73,9 +73,12 @@ protected:
     /// Volume, mute and dim of one output; their names are made of @p name.
     void addVolume(QBoxLayout *column, StereoOutput &output, const QString &name, QLabel *caption,
                    const VolumeActions &actions);
+    /// Mute and dim for the single headphone output of a model, around its @p volume.
+    static VolumeActions headphoneActions(StereoOutput &output, const KnobAction &volume);
     /// The phone input's volume, its meter and @p caption in @p readout beside it.
     Knob *addPhoneVolume(QBoxLayout *column, const QString &name, QBoxLayout *readout,
                          QLabel *caption, const KnobAction &action);
+    /// Any other switch; returns @p button.
     Button *addButton(QBoxLayout *layout, Button *button, const ButtonAction &action);
 
     /// Sets a control from the settings file as if the user had done it, so that the device and the
@@ -83,8 +86,10 @@ protected:
     /// then.
     void restore(Knob *knob, int initialDb);
     void restore(Button *button);
+    /// Logs that all controls are restored.
     void finishRestore();
 
+    /// Writes the knob's value to the settings file at once.
     void save(const Knob *knob);
 
     // The actions that models share; channels are 1-based.

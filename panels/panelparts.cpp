@@ -110,7 +110,7 @@ QLabel *meter()
 Knob *gainKnob(const QString &name, int maximumDb)
 {
     auto *gain = knob(name, {120, 120}, {120, 120}, 0, maximumDb);
-    gain->arcColor = QColor(0xf1, 0xfa, 0x8c);
+    gain->arcColor = QColor(yellow);
     return gain;
 }
 

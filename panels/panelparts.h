@@ -18,11 +18,13 @@ namespace panelparts {
 inline constexpr QMargins inputMargins{10, 10, 20, 10};
 inline constexpr QMargins outputMargins{20, 10, 10, 10};
 
+// Layouts. A centred one is placed in the middle of the room that it gets.
 QVBoxLayout *column(const QMargins &margins);
 QVBoxLayout *centredColumn();
 QHBoxLayout *centredRow();
 QFrame *separator();
 
+// Labels: the title of a column, what stands below a knob or beside a small one, a level.
 QLabel *heading(const QString &text);
 QLabel *caption(const QString &text);
 QLabel *smallCaption(const QString &text);
@@ -40,6 +42,7 @@ Button *inputButton(const QString &name, const QString &text, const QString &acc
 /// A switch of an output: taller, lit in cyan.
 Button *outputButton(const QString &name, const QString &text);
 
+inline constexpr QLatin1StringView yellow("#f1fa8c");
 inline constexpr QLatin1StringView green("#00ff7f");
 inline constexpr QLatin1StringView orange("#ff7f00");
 inline constexpr QLatin1StringView red("#ff1111");

@@ -27,7 +27,9 @@ rm::rm()
     if (!openDevice("Failed to create device in rm.") || !setOutputVolumes({1, 2}))
         return;
     openSettings(QStringLiteral("/rm.ini"));
-    layOutColumns({inputColumn()}, {outputColumn()});
+    QLayout *input = inputColumn();
+    QLayout *output = outputColumn();
+    layOutColumns({input}, {output});
     seedMixer(mixer());
     setRoutes(mixer(), phoneRoutes, 1.0);
     startMeters();
@@ -55,9 +57,7 @@ QLayout *rm::outputColumn()
     auto *column = panelparts::column(panelparts::outputMargins);
     column->addWidget(panelparts::heading(QStringLiteral("HEADPHONE")));
     addVolume(column, m_headphone, QStringLiteral("Headphone"), caption(tr("Volume")),
-              {.volume = [this](int db) { setHeadphoneVolume(db); },
-               .mute = [this](bool on) { setHeadphoneMute(on); },
-               .dim = [this](bool on) { setHeadphoneDim(on); }});
+              headphoneActions(m_headphone, [this](int db) { setHeadphoneVolume(db); }));
     column->addStretch();
     return column;
 }
@@ -77,20 +77,4 @@ void rm::setHeadphoneVolume(int db)
     if (!sendVolume(m_headphone, db))
         qDebug() << "Failed to set headphone volume.";
     save(m_headphone.volume);
-}
-
-void rm::setHeadphoneMute(bool on)
-{
-    m_headphone.muted = on;
-    setHeadphoneVolume(on ? StereoOutput::silenceDb : m_headphone.volume->value);
-    qDebug() << (on ? "Headphone Mute Button Clicked: Mute ON"
-                    : "Headphone Mute Button Clicked: Mute OFF");
-}
-
-void rm::setHeadphoneDim(bool on)
-{
-    m_headphone.dimmed = on;
-    setHeadphoneVolume(m_headphone.volume->value);
-    qDebug() << (on ? "Headphone Dim Button Clicked: Dim ON"
-                    : "Headphone Dim Button Clicked: Dim OFF");
 }

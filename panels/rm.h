@@ -19,8 +19,6 @@ private:
     void restoreState();
 
     void setHeadphoneVolume(int db);
-    void setHeadphoneMute(bool on);
-    void setHeadphoneDim(bool on);
 
     Knob *m_gain = nullptr;
     StereoOutput m_headphone{.firstGain = 0};

@@ -20,7 +20,9 @@ rx1::rx1()
     if (!openDevice("Failed to create device in rx1.") || !setOutputVolumes({1, 2}))
         return;
     openSettings(QStringLiteral("/rx1.ini"));
-    layOutColumns({inputColumn()}, {outputColumn()});
+    QLayout *input = inputColumn();
+    QLayout *output = outputColumn();
+    layOutColumns({input}, {output});
     seedMixer(mixer());
     startMeters();
     restoreState();
@@ -59,9 +61,7 @@ QLayout *rx1::outputColumn()
     column->setAlignment(Qt::AlignCenter);
     column->addWidget(panelparts::heading(tr("HEADPHONE")));
     addVolume(column, m_headphone, QStringLiteral("Headphone"), panelparts::caption(tr("Volume")),
-              {.volume = [this](int db) { setHeadphoneVolume(db); },
-               .mute = [this](bool on) { setHeadphoneMute(on); },
-               .dim = [this](bool on) { setHeadphoneDim(on); }});
+              headphoneActions(m_headphone, [this](int db) { setHeadphoneVolume(db); }));
     m_phone = addPhoneVolume(column, QStringLiteral("OtgToHp"), panelparts::centredColumn(),
                              panelparts::smallCaption(tr("Phone To HP Volume")),
                              [this](int db) { setPhoneVolume(db); });
@@ -98,22 +98,6 @@ void rx1::setHeadphoneVolume(int db)
     report(done, "Headphone volume set to:", mixer().outputGains[m_headphone.firstGain],
            "Failed to set headphone volume.");
     save(m_headphone.volume);
-}
-
-void rx1::setHeadphoneMute(bool on)
-{
-    m_headphone.muted = on;
-    setHeadphoneVolume(on ? StereoOutput::silenceDb : m_headphone.volume->value);
-    qDebug() << (on ? "Headphone Mute Button Clicked: Mute ON"
-                    : "Headphone Mute Button Clicked: Mute OFF");
-}
-
-void rx1::setHeadphoneDim(bool on)
-{
-    m_headphone.dimmed = on;
-    setHeadphoneVolume(m_headphone.volume->value);
-    qDebug() << (on ? "Headphone Dim Button Clicked: Dim ON"
-                    : "Headphone Dim Button Clicked: Dim OFF");
 }
 
 void rx1::setPhoneVolume(int db)

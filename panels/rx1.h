@@ -20,8 +20,6 @@ private:
 
     void setInstrument(bool on);
     void setHeadphoneVolume(int db);
-    void setHeadphoneMute(bool on);
-    void setHeadphoneDim(bool on);
     void setPhoneVolume(int db);
 
     Knob *m_gain = nullptr;

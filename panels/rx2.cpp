@@ -42,8 +42,11 @@ rx2::rx2()
         return;
     openSettings(QStringLiteral("/rx2.ini"));
 
-    layOutColumns({inputColumn(m_mic1, tr("MIC1")), inputColumn(m_mic2, tr("MIC2"))},
-                  {speakerColumn(), headphoneColumn()});
+    QLayout *mic1 = inputColumn(m_mic1, tr("MIC1"));
+    QLayout *mic2 = inputColumn(m_mic2, tr("MIC2"));
+    QLayout *speaker = speakerColumn();
+    QLayout *headphone = headphoneColumn();
+    layOutColumns({mic1, mic2}, {speaker, headphone});
     seedMixer(mixer());
     setRoutes(mixer(), secondPairRoutes, 1.0);
     startMeters();

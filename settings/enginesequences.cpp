@@ -9,6 +9,8 @@
 #include <QDebug>
 #include <QTimer>
 
+#include <windows.h>
+
 #include <optional>
 
 namespace {

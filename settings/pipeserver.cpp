@@ -17,10 +17,10 @@ PipeServer::PipeServer(const QString &name)
 
 bool PipeServer::create()
 {
-    m_pipe = CreateNamedPipeW(m_name.toStdWString().c_str(), PIPE_ACCESS_DUPLEX,
-                              PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
-                              PIPE_UNLIMITED_INSTANCES, pipeBufferSize, pipeBufferSize,
-                              defaultTimeout, nullptr);
+    const std::wstring name = m_name.toStdWString();
+    m_pipe = CreateNamedPipeW(
+        name.c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
+        PIPE_UNLIMITED_INSTANCES, pipeBufferSize, pipeBufferSize, defaultTimeout, nullptr);
     if (m_pipe == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         qDebug() << "Error: Could not create pipe. Error code:" << error;

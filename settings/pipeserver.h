@@ -20,6 +20,8 @@ public:
     /// @p name is the full pipe name, "\\.\pipe\...".
     explicit PipeServer(const QString &name);
 
+    /// Creates the pipe, to which clients can connect from now on. Returns false when Windows
+    /// refuses; every receive() then fails.
     bool create();
 
     /// Waits for a client, copies its first message to the beginning of @p message and disconnects
@@ -29,6 +31,7 @@ public:
     /// Fails the receive() under way, if any, with ERROR_OPERATION_ABORTED.
     void cancel();
 
+    /// Disconnects the client, if any, and removes the pipe. Does nothing without one.
     void close();
 
 private:

@@ -9,10 +9,13 @@
 #include <QDebug>
 #include <QDir>
 #include <QLabel>
+#include <QPixmap>
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVBoxLayout>
+
+#include <new>
 
 Settings::Settings()
     : QDialog(nullptr)
@@ -35,6 +38,7 @@ Settings::Settings()
                              &Settings::onBufferSizeChanged);
     m_usbLatency = addChoice(tr("USB Latency Size"), QStringLiteral("UsbLatency"),
                              {"8", "16", "24", "32"}, &Settings::onUsbLatencyChanged);
+    m_usbLatency->setCurrentIndex(0);
     m_sampleRate = addChoice(tr("Samplerate"), QStringLiteral("SampleRate"), {"44100", "48000"},
                              &Settings::onSampleRateChanged);
     m_safeMode = addChoice(tr("Safe Mode"), QStringLiteral("SafeMode"), {"Disabled", "Enabled"},
@@ -81,7 +85,6 @@ QComboBox *Settings::addChoice(const QString &title, const QString &name, const 
     auto *choice = new QComboBox;
     choice->setObjectName(name);
     choice->addItems(items);
-    choice->setCurrentIndex(0);
     // Connected before any value is loaded: loading one that differs is a change like any other.
     connect(choice, &QComboBox::currentIndexChanged, this, changed);
     m_layout->addWidget(choice);

@@ -26,7 +26,7 @@ public:
     /// Opens the dialog's own connection to the driver, in place of an earlier one. Until there is
     /// one, choices in the dialog reach no driver and are not kept.
     bool createDevice();
-    /// Loads the saved choices and brings the engine to them.
+    /// Loads the saved choices and brings the engine to them. Needs a device: see createDevice().
     void initSettings();
     /// Loads the saved choices into the combo boxes; each that changes runs its sequence at once.
     void loadSettings();

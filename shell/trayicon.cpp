@@ -68,7 +68,7 @@ QMenu *TrayIcon::createMenu()
 
     connect(showMain, &QAction::triggered, this, &TrayIcon::showMainWindow);
     connect(setup, &QAction::triggered, this, &TrayIcon::showSettings);
-    connect(quit, &QAction::triggered, qApp, &QCoreApplication::quit);
+    connect(quit, &QAction::triggered, this, &TrayIcon::quit);
     connect(soundPannel, &QAction::triggered, this, &TrayIcon::openSoundPannel);
     connect(refresh, &QAction::triggered, this, &TrayIcon::refreshDeviceList);
     connect(upgrade, &QAction::triggered, this, &TrayIcon::upgradeFirmware);
@@ -101,6 +101,17 @@ void TrayIcon::showSettings()
         bringUp(settingsWindow);
     else
         warn(QStringLiteral("警告"), QStringLiteral("设置窗口未设置，请先设置设置窗口。"));
+}
+
+/// Hides the windows first. The application asks every visible one whether it may close, and the
+/// main window says no while there is a tray.
+void TrayIcon::quit()
+{
+    for (QWidget *window : std::initializer_list<QWidget *>{mainWindow, settingsWindow}) {
+        if (window)
+            window->hide();
+    }
+    QCoreApplication::quit();
 }
 
 void TrayIcon::upgradeFirmware()

@@ -37,6 +37,7 @@ private slots:
 private:
     QMenu *createMenu();
     void showMainWindow();
+    void quit();
     void upgradeFirmware();
 };
 
