@@ -49,7 +49,7 @@ static NTSTATUS NTAPI on_create(DEVICE_OBJECT *object, IRP *irp)
     const IO_STACK_LOCATION *stack = IoGetCurrentIrpStackLocation(irp);
     const IO_SECURITY_CONTEXT *security = stack->Parameters.Create.SecurityContext;
     Device *device = device_of(object);
-    uint32_t status = SIM_NO_SUCH_DEVICE;
+    uint32_t status = SIM_NO_SUCH_FILE;
     SimHandle handle = {0, 0, 0};
     if (device->isControl)
         return complete(irp, STATUS_SUCCESS, 0);
@@ -70,9 +70,10 @@ static NTSTATUS NTAPI on_close(DEVICE_OBJECT *object, IRP *irp)
 {
     const IO_STACK_LOCATION *stack = IoGetCurrentIrpStackLocation(irp);
     Device *device = device_of(object);
-    if (device->isControl)
-        return complete(irp, STATUS_SUCCESS, 0);
     const SimHandle handle = handle_of(stack->FileObject, device);
+    /* Wine closes even what failed to open. */
+    if (device->isControl || handle.id == 0)
+        return complete(irp, STATUS_SUCCESS, 0);
     simulator_lock();
     model_close(simulator.model, &handle, simulator_time());
     devices_closed(object);
@@ -131,6 +132,9 @@ static NTSTATUS NTAPI on_device_control(DEVICE_OBJECT *object, IRP *irp)
         return complete(irp, STATUS_INVALID_DEVICE_REQUEST, 0);
 
     const SimHandle handle = handle_of(stack->FileObject, device);
+    /* Wine lets a program keep a handle that failed to open. */
+    if (!device->isControl && handle.id == 0)
+        return complete(irp, STATUS_INVALID_HANDLE, 0);
     const SimReply reply = device->isControl ? control(&request) : command(&handle, &request);
     if (reply.delay == 0)
         return complete(irp, (NTSTATUS)reply.status, reply.bytesReturned);

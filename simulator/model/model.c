@@ -79,7 +79,7 @@ uint32_t model_open(SimModel *model, uint32_t bus, uint32_t access, uint32_t sha
                     SimHandle *handle)
 {
     if (!model->plugged || bus != model->bus)
-        return SIM_NO_SUCH_DEVICE;
+        return SIM_NO_SUCH_FILE;
     const uint32_t status =
         faults_count(&model->faults, VESMORA_SIM_OPEN_CODE, VESMORA_SIM_ANY_OPCODE);
     VesmoraSimEntry entry = entry_of(VESMORA_SIM_KIND_OPEN, time, bus);

@@ -68,7 +68,7 @@ uint32_t model_plug(SimModel *model, const VesmoraSimPlug *plug, uint32_t time);
 /* SIM_DEVICE_NOT_CONNECTED when nothing is plugged in. */
 uint32_t model_unplug(SimModel *model, uint32_t time);
 
-/* SIM_NO_SUCH_DEVICE when nothing is plugged in on that bus; that alone is not recorded, as no
+/* SIM_NO_SUCH_FILE when nothing is plugged in on that bus; that alone is not recorded, as no
  * request for a device that does not exist reaches a driver. */
 uint32_t model_open(SimModel *model, uint32_t bus, uint32_t access, uint32_t share, uint32_t time,
                     SimHandle *handle);

@@ -7,7 +7,7 @@
 const SimStatus sim_statuses[] = {
     {SIM_SUCCESS, 0, "success"},
     {SIM_INVALID_DEVICE_REQUEST, 1, "invalid-function"},
-    {SIM_NO_SUCH_DEVICE, 2, "file-not-found"},
+    {SIM_NO_SUCH_FILE, 2, "file-not-found"},
     {SIM_ACCESS_DENIED, 5, "access-denied"},
     {0xC0000008u, 6, "invalid-handle"},
     {0xC0000017u, 8, "not-enough-memory"},
@@ -22,6 +22,7 @@ const SimStatus sim_statuses[] = {
     {SIM_BUFFER_TOO_SMALL, 122, "insufficient-buffer"},
     {0x80000011u, 170, "busy"},
     {SIM_ALREADY_EXISTS, 183, "already-exists"},
+    {0xC000000Eu, 433, "no-such-device"},
     {0xC0000120u, 995, "operation-aborted"},
     {0xC0000185u, 1117, "io-device"},
     {SIM_DEVICE_NOT_CONNECTED, 1167, "not-connected"},

@@ -1,82 +1,13 @@
-#include "consolecapture.h"
 #include "devicehandle.h"
-#include "logcapture.h"
 #include "openaccess.h"
+#include "opening.h"
 #include "testsimulator.h"
 #include "vesmoraiocontrol.h"
 #include "win32spy.h"
 
 #include <QTest>
 
-#include <iostream>
 #include <memory>
-
-namespace {
-
-QString path(int bus)
-{
-    return QStringLiteral("\\\\.\\VesmoraAudioBus%1").arg(bus);
-}
-
-/// What openDevice() writes when the busses before @p bus answer nothing; 16 for all of them.
-QStringList failures(int bus)
-{
-    QStringList lines;
-    for (int i = 0; i < bus; ++i)
-        lines.append(QStringLiteral("Open device %1 failed, error: 2").arg(path(i)));
-    return lines;
-}
-
-QString success(int bus)
-{
-    return QStringLiteral("Open device %1 success!").arg(path(bus));
-}
-
-/// The opens of busses 0 to @p last.
-QStringList opens(int last)
-{
-    QStringList texts;
-    for (int i = 0; i <= last; ++i)
-        texts.append(Win32Spy::openText(path(i)));
-    return texts;
-}
-
-/// One openDevice() and all that was seen of it.
-struct Opening {
-    bool result = false;
-    QList<Win32Call> calls;
-    QStringList lines;
-    int flushes = 0;
-    bool isEnded = false; ///< whether the last line was
-    QStringList errorLines;
-    QStringList log;
-};
-
-Opening openDevice(VesmoraIoControl &device)
-{
-    Opening opening;
-    LogCapture log;
-    const ConsoleCapture output(std::wcout);
-    const ConsoleCapture errors(std::cerr);
-    Win32Spy spy;
-    opening.result = device.openDevice();
-    opening.calls = spy.stop();
-    opening.lines = output.lines();
-    opening.flushes = output.flushes();
-    opening.isEnded = output.endsWithALineEnd();
-    opening.errorLines = errors.lines();
-    opening.log = log.lines();
-    return opening;
-}
-
-QList<Win32Call> callsOfDeleting(std::unique_ptr<VesmoraIoControl> device)
-{
-    Win32Spy spy;
-    device.reset();
-    return spy.stop();
-}
-
-} // namespace
 
 class DeviceAccessTest : public QObject
 {
@@ -91,8 +22,6 @@ private slots:
     void onlyBusThreeThreeFailuresThenSuccessAndNoMore();
     void theFirstBusThatOpensIsKept_data();
     void theFirstBusThatOpensIsKept();
-    void aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried_data();
-    void aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried();
     void aFailureAfterAnEarlierErrorReportsItsOwn();
     void asksForReadingAndWritingAndShared();
 
@@ -147,10 +76,10 @@ void DeviceAccessTest::withNoDriverSixteenFailuresInOrderAndFalse()
     VesmoraIoControl device;
     const Opening opening = openDevice(device);
     QVERIFY(!opening.result);
-    QCOMPARE(opening.lines, failures(16));
+    QCOMPARE(opening.lines, failureLines(16));
     QVERIFY(opening.isEnded);
     QCOMPARE(opening.flushes, 16);
-    QCOMPARE(textsOf(opening.calls), opens(15));
+    QCOMPARE(textsOf(opening.calls), openTexts(15));
     QCOMPARE(handleOf(device), INVALID_HANDLE_VALUE);
     QCOMPARE(opening.errorLines, QStringList());
     QCOMPARE(opening.log, QStringList());
@@ -169,7 +98,7 @@ void DeviceAccessTest::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
                           QStringLiteral("Open device \\\\.\\VesmoraAudioBus2 failed, error: 2"),
                           QStringLiteral("Open device \\\\.\\VesmoraAudioBus3 success!")}));
     QCOMPARE(opening.flushes, 4);
-    QCOMPARE(textsOf(opening.calls), opens(3));
+    QCOMPARE(textsOf(opening.calls), openTexts(3));
     QCOMPARE(m_simulator.events(),
              (QStringList{QStringLiteral("plug 2 3"), QStringLiteral("open")}));
 }
@@ -188,10 +117,10 @@ void DeviceAccessTest::theFirstBusThatOpensIsKept()
     VesmoraIoControl device;
     const Opening opening = openDevice(device);
     QVERIFY(opening.result);
-    QCOMPARE(opening.lines, failures(bus) << success(bus));
+    QCOMPARE(opening.lines, failureLines(bus) << successLine(bus));
     QVERIFY(opening.isEnded);
     QCOMPARE(opening.flushes, bus + 1);
-    QCOMPARE(textsOf(opening.calls), opens(bus));
+    QCOMPARE(textsOf(opening.calls), openTexts(bus));
     QCOMPARE(handleOf(device), opening.calls.constLast().handle);
     QVERIFY(handleOf(device) != INVALID_HANDLE_VALUE);
     QCOMPARE(opening.errorLines, QStringList());
@@ -203,39 +132,11 @@ void DeviceAccessTest::theFirstBusThatOpensIsKept()
     QCOMPARE(events[1].bus, quint32(bus));
 }
 
-void DeviceAccessTest::aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried_data()
-{
-    QTest::addColumn<quint32>("error");
-    QTest::newRow("access denied") << 5u;
-    QTest::newRow("sharing violation") << 32u;
-    QTest::newRow("general failure") << 31u;
-    QTest::newRow("not connected") << 1167u;
-    QTest::newRow("largest") << 65535u;
-}
-
-void DeviceAccessTest::aRefusedOpenIsReportedWithItsErrorAndTheNextPathIsTried()
-{
-    QFETCH(quint32, error);
-    QVERIFY(m_simulator.plug(VESMORA_PID_RX1, 1));
-    QVERIFY(m_simulator.fail(QStringLiteral("open"), 1, error));
-    auto device = std::make_unique<VesmoraIoControl>();
-    const Opening opening = openDevice(*device);
-    QVERIFY(!opening.result);
-    QStringList expected = failures(16);
-    expected[1] = QStringLiteral("Open device %1 failed, error: %2").arg(path(1)).arg(error);
-    QCOMPARE(opening.lines, expected);
-    QCOMPARE(textsOf(opening.calls), opens(15));
-    QCOMPARE(handleOf(*device), INVALID_HANDLE_VALUE);
-    QCOMPARE(textsOf(callsOfDeleting(std::move(device))), QStringList());
-    QCOMPARE(m_simulator.events(),
-             (QStringList{QStringLiteral("plug 1 1"), QStringLiteral("open !%1").arg(error)}));
-}
-
 void DeviceAccessTest::aFailureAfterAnEarlierErrorReportsItsOwn()
 {
     SetLastError(1450);
     VesmoraIoControl device;
-    QCOMPARE(openDevice(device).lines, failures(16));
+    QCOMPARE(openDevice(device).lines, failureLines(16));
 }
 
 void DeviceAccessTest::asksForReadingAndWritingAndShared()

@@ -39,7 +39,7 @@ bool Desktop::useExisting()
 bool Desktop::startPrivate()
 {
     m_private = true;
-    return startServer() && startWindowManager() && ensureTray();
+    return startServer() && startWindowManager();
 }
 
 bool Desktop::ensureTray()
@@ -63,7 +63,7 @@ QProcessEnvironment Desktop::environment() const
     if (!m_windows)
         return environment;
     environment.insert(QStringLiteral("DISPLAY"), m_name);
-    if (m_ownTray) {
+    if (m_private || m_ownTray) {
         environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     }

@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-/// A desktop: an X display with a window manager and a system tray.
+/// A desktop: an X display with a window manager and, if wanted, a system tray.
 ///
 /// Everything that this object started ends with it.
 class Desktop
@@ -24,9 +24,9 @@ public:
     /// Uses the user's display as it is. In a Wayland session without X there are no windows() to
     /// look at, and the tray is the session's own affair.
     bool useExisting();
-    /// Starts an X server without a screen, 1280x800, with a window manager and a tray.
+    /// Starts an X server without a screen, 1280x800, with a window manager.
     bool startPrivate();
-    /// Starts a tray if the display has none.
+    /// Starts a system tray if the display has none.
     bool ensureTray();
     /// Why the last operation returned false.
     QString errorString() const { return m_error; }
@@ -34,8 +34,8 @@ public:
     /// Whether the display is ours alone.
     bool isPrivate() const { return m_private; }
     WindowSystem &windows() const { return *m_windows; }
-    /// This process' environment, for programs that shall appear on this display. Where the tray
-    /// is ours they get no session bus, over which their icon could go elsewhere.
+    /// This process' environment, for programs that shall appear on this display. Where it or
+    /// its tray is ours they get no session bus, over which their icon could go elsewhere.
     QProcessEnvironment environment() const;
 
     /// Saves the whole screen as a PNG file.

@@ -14,6 +14,7 @@ public:
     /// Without this they are in a temporary folder. To be called before open().
     void setFolder(const QString &folder) { m_folder = folder; }
 
+    bool bringsOwnTray() const override { return false; }
     bool open() override;
     CommandResult asio(const QStringList &arguments) override;
     QString settingsFolder() const override;

@@ -29,6 +29,8 @@ public:
     /// VESMORA_SIMULATOR, VESMORA_SIMCTL and VESMORA_ASIO name.
     static std::unique_ptr<Lane> fromEnvironment(const Desktop &desktop);
 
+    /// Whether icons have a place without a tray of the desktop, which is then better left out.
+    virtual bool bringsOwnTray() const = 0;
     /// Makes the simulated interface ready, with nothing plugged.
     virtual bool open() = 0;
     QString errorString() const { return m_error; }

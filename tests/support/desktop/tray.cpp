@@ -14,15 +14,28 @@ Tray::Tray(const WindowSystem &windows, Pointer &pointer)
     , m_pointer(pointer)
 { }
 
+/// Every window of a toolkit may say that it can be embedded; one that the window manager does not
+/// manage really is.
+bool Tray::isDocked(const WindowInfo &window) const
+{
+    return m_windows.hasProperty(window.id, "_XEMBED_INFO")
+        && !m_windows.hasProperty(window.id, "WM_STATE");
+}
+
 QList<WindowInfo> Tray::icons() const
 {
     QList<WindowInfo> found;
     const QList<WindowInfo> all = m_windows.windows();
-    for (const WindowInfo &window : all) {
-        // Docked in a tray, or in the window that Wine makes for icons where there is no tray.
-        const bool docked = m_windows.hasProperty(window.id, "_XEMBED_INFO");
-        if (window.visible && (docked || window.title == QStringLiteral("Wine System Tray")))
+    for (WindowInfo window : all) {
+        if (!window.visible)
+            continue;
+        if (window.title == QStringLiteral("Wine System Tray")) {
+            // One window for all icons; the first is a square at its left end.
+            window.area.setWidth(window.area.height());
             found << window;
+        } else if (isDocked(window)) {
+            found << window;
+        }
     }
     return found;
 }

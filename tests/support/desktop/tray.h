@@ -39,6 +39,8 @@ public:
     bool choose(Entry entry);
 
 private:
+    bool isDocked(const WindowInfo &window) const;
+
     const WindowSystem &m_windows;
     Pointer &m_pointer;
 };

@@ -40,7 +40,7 @@ WineLane::~WineLane()
 bool WineLane::open()
 {
     return makeLocale(QStringLiteral("zh_CN")) && makeLocale(QStringLiteral("en_US"))
-        && makePrefix() && startDriver();
+        && makePrefix() && keepWineRunning() && startDriver();
 }
 
 CommandResult WineLane::asio(const QStringList &arguments)
@@ -120,6 +120,15 @@ bool WineLane::makePrefix()
     QFile marker(complete);
     return marker.open(QIODevice::WriteOnly)
         || fail(QStringLiteral("cannot write %1").arg(complete));
+}
+
+/// Wine ends its drivers when the last program does, which would be after each command.
+bool WineLane::keepWineRunning()
+{
+    m_keeper.setProcessEnvironment(environment());
+    m_keeper.setStandardOutputFile(QProcess::nullDevice());
+    return m_keeper.launch(QStringLiteral("wine"), {QStringLiteral("cmd")})
+        || fail(QStringLiteral("wine: ") + m_keeper.errorString());
 }
 
 bool WineLane::startDriver()

@@ -13,6 +13,8 @@ public:
     WineLane(const Desktop &desktop, const LanePrograms &programs);
     ~WineLane() override;
 
+    // Wine's icons sometimes stay empty and deaf in another tray, never in its own.
+    bool bringsOwnTray() const override { return true; }
     bool open() override;
     CommandResult asio(const QStringList &arguments) override;
     QString settingsFolder() const override;
@@ -27,12 +29,15 @@ protected:
 private:
     bool makeLocale(const QString &locale);
     bool makePrefix();
+    bool keepWineRunning();
     bool startDriver();
     CommandResult wine(const QStringList &arguments) const;
     QProcessEnvironment environment(const QString &locale = QStringLiteral("en_US")) const;
 
     QTemporaryDir m_temporary;
     QString m_prefix;
+    // Waits for input that never comes.
+    ChildProcess m_keeper;
 };
 
 #endif

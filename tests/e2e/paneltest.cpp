@@ -1,0 +1,145 @@
+#include "paneltest.h"
+
+#include "knownmessages.h"
+#include "waiting.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QTest>
+
+void PanelTest::initTestCase()
+{
+    QVERIFY2(m_desktop.startPrivate(), qPrintable(m_desktop.errorString()));
+    m_pointer = std::make_unique<Pointer>(m_desktop.environment());
+    m_tray = std::make_unique<Tray>(m_desktop.windows(), *m_pointer);
+    m_lane = Lane::fromEnvironment(m_desktop);
+    QVERIFY2(m_lane->bringsOwnTray() || m_desktop.ensureTray(),
+             qPrintable(m_desktop.errorString()));
+    QVERIFY2(m_lane->open(), qPrintable(m_lane->errorString()));
+}
+
+void PanelTest::init()
+{
+    QVERIFY2(simulator().reset(), qPrintable(simulator().errorString()));
+    QVERIFY(lane().clearSettings());
+}
+
+void PanelTest::cleanup()
+{
+    if (!m_panel)
+        return;
+    if (QTest::currentTestFailed())
+        explainFailure();
+    const QStringList unknown = unknownMessages(log().lines());
+    m_panel.reset();
+    QVERIFY(waitUntil([this] { return m_tray->icons().isEmpty(); }));
+    QVERIFY2(unknown.isEmpty(), qPrintable(unknown.join(u'\n')));
+}
+
+/// Says what could be seen when a test failed.
+void PanelTest::explainFailure()
+{
+    QString name = QString::fromLatin1(QTest::currentTestFunction());
+    if (QTest::currentDataTag())
+        name += u'-' + QString::fromLatin1(QTest::currentDataTag());
+    name.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9-]")), QStringLiteral("_"));
+    const QString picture = QDir::current().filePath(name + QStringLiteral(".png"));
+    qInfo().noquote() << "The screen:" << (m_desktop.saveScreen(picture) ? picture : QString());
+    qInfo().noquote() << "The end of the log:\n"
+                      << log().lines().mid(qMax(0, log().lines().size() - 60)).join(u'\n');
+    QStringList record;
+    const QList<RecordEntry> entries = simulator().record();
+    for (const RecordEntry &entry : entries.mid(qMax(0, entries.size() - 60)))
+        record << QStringLiteral("%1: %2").arg(entry.handle()).arg(entry.text());
+    qInfo().noquote() << "The end of the record:\n" << record.join(u'\n');
+}
+
+void PanelTest::cleanupTestCase()
+{
+    m_lane.reset();
+}
+
+bool PanelTest::start(const QString &locale)
+{
+    return follow(lane().launch(locale));
+}
+
+bool PanelTest::follow(std::unique_ptr<PanelProgram> panel)
+{
+    m_panel = std::move(panel);
+    return m_panel && m_tray->waitForIcon();
+}
+
+bool PanelTest::plug(const QString &model, int bus)
+{
+    const QString found = QStringLiteral("Device found with PID:");
+    const QString ready = QStringLiteral("设置初始化完成");
+    const qsizetype foundBefore = log().count(found);
+    const qsizetype readyBefore = log().count(ready);
+    return simulator().plug(model, bus) && log().waitFor(found, foundBefore + 1)
+        && log().waitFor(ready, readyBefore + 1);
+}
+
+bool PanelTest::unplug()
+{
+    const QString lost = QStringLiteral("Cleared all widgets from base layout.");
+    const qsizetype before = log().count(lost);
+    return simulator().unplug() && log().waitFor(lost, before + 1);
+}
+
+bool PanelTest::openWindow()
+{
+    return m_tray->click() && waitUntil([this] { return window().has_value(); });
+}
+
+bool PanelTest::quit()
+{
+    return m_tray->choose(Tray::Quit) && m_panel->waitForExit();
+}
+
+std::optional<WindowInfo> PanelTest::window() const
+{
+    return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
+}
+
+PanelPicture PanelTest::picture() const
+{
+    const std::optional<WindowInfo> shown = window();
+    return shown ? PanelPicture(m_desktop.windows().picture(shown->area), shown->area.topLeft())
+                 : PanelPicture();
+}
+
+PanelPicture PanelTest::pictureWith(int knobs, int buttons) const
+{
+    PanelPicture found;
+    const bool isComplete = waitUntil([&] {
+        found = picture();
+        return found.knobs().size() == knobs && found.buttons().size() == buttons;
+    });
+    return isComplete ? found : PanelPicture();
+}
+
+QStringList PanelTest::sentBesides(const QString &command)
+{
+    QStringList texts;
+    const QList<RecordEntry> entries = entriesBesides(command);
+    for (const RecordEntry &entry : entries)
+        texts << entry.text();
+    return texts;
+}
+
+QList<RecordEntry> PanelTest::entriesBesides(const QString &command)
+{
+    const QList<RecordEntry> all = simulator().record();
+    int handle = 0;
+    for (const RecordEntry &entry : all) {
+        if (entry.command() == command)
+            handle = entry.handle();
+    }
+    QList<RecordEntry> own = all;
+    own.removeIf([&](const RecordEntry &entry) {
+        return handle == 0 || entry.handle() != handle
+            || entry.command() == QStringLiteral("readMeterData");
+    });
+    return own;
+}

@@ -1,0 +1,63 @@
+#ifndef PANELTEST_H
+#define PANELTEST_H
+
+#include "lane.h"
+#include "panelpicture.h"
+#include "tray.h"
+
+#include <QObject>
+
+/// What the end-to-end tests share: a desktop and a lane for the whole program; for each test
+/// function a sane interface with nothing plugged and no settings. A message that no part of the
+/// panel is known to write fails the test that caused it.
+class PanelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+
+protected:
+    /// Starts the panel and waits for its tray icon.
+    bool start(const QString &locale = QStringLiteral("en_US"));
+    /// Waits for a copy that was started otherwise.
+    bool follow(std::unique_ptr<PanelProgram> panel);
+    /// Plugs a model in and waits until the panel has found it and brought its engine up.
+    bool plug(const QString &model, int bus = 0);
+    bool unplug();
+    /// Clicks the tray icon and waits for the window.
+    bool openWindow();
+    bool quit();
+
+    Lane &lane() { return *m_lane; }
+    SimulatorControl &simulator() { return m_lane->simulator(); }
+    Desktop &desktop() { return m_desktop; }
+    Tray &tray() { return *m_tray; }
+    Pointer &pointer() { return *m_pointer; }
+    const PanelProgram &panel() const { return *m_panel; }
+    const ProgramLog &log() const { return m_panel->log(); }
+
+    std::optional<WindowInfo> window() const;
+    PanelPicture picture() const;
+    /// Waits until the window shows that many controls; an empty picture if it never does.
+    PanelPicture pictureWith(int knobs, int buttons) const;
+
+    /// What the handle that sent @p command last did, as texts, without meter reads.
+    QStringList sentBesides(const QString &command);
+    QList<RecordEntry> entriesBesides(const QString &command);
+
+private:
+    void explainFailure();
+
+    Desktop m_desktop;
+    // In this order: the panel ends before its lane, and that before the display.
+    std::unique_ptr<Lane> m_lane;
+    std::unique_ptr<PanelProgram> m_panel;
+    std::unique_ptr<Pointer> m_pointer;
+    std::unique_ptr<Tray> m_tray;
+};
+
+#endif

@@ -1,0 +1,343 @@
+#include "knownmessages.h"
+#include "paneltest.h"
+#include "waiting.h"
+
+#include <QTest>
+
+namespace {
+
+const QString searching = QStringLiteral("Device PID: 0");
+
+QStringList linesContaining(const QStringList &lines, const QStringList &parts)
+{
+    QStringList found;
+    for (const QString &line : lines) {
+        for (const QString &part : parts) {
+            if (line.contains(part))
+                found << line;
+        }
+    }
+    return found;
+}
+
+QString openLine(int bus, const QString &outcome)
+{
+    return QStringLiteral("Open device \\\\.\\VesmoraAudioBus%1 %2").arg(bus).arg(outcome);
+}
+
+} // namespace
+
+/// The program as a whole: its start and end, tray, window, and search for a device.
+class tst_Shell : public PanelTest
+{
+    Q_OBJECT
+
+private slots:
+    void onlyTheTrayIconIsVisibleAtStart();
+    void aSingleClickOpensTheMainWindow();
+    void aDoubleClickOpensTheMainWindow();
+    void aMiddleClickDoesNothing();
+    void aRightClickOnlyOpensTheMenuWithTheGreyedVersionOnTop();
+    void theVersionEntryDoesNothing();
+    void theMenuOpensTheMainWindow();
+    void aSecondCopyExitsAndLeavesTheFirstUndisturbed();
+    void closingTheMainWindowHidesItAndTheProgramGoesOn();
+    void closingTheSettingsDialogLeavesTheProgramRunning();
+    void quitEndsTheProgram_data();
+    void quitEndsTheProgram();
+
+    void withoutADeviceTheSearchGoesOn();
+    void aPluggedModelShowsItsPanelAndFirmware_data();
+    void aPluggedModelShowsItsPanelAndFirmware();
+    void anUnknownIdentifierShowsALabelAndKeepsProbing();
+    void aFailedFirmwareReadIsRetried();
+    void theThirdFailedPollTearsThePanelDown();
+    void aSingleFailedPollIsForgotten();
+    void aDeviceOnTheFourthBusIsFoundAfterThreeFailedOpens();
+
+    void theTranslationFollowsTheLocale_data();
+    void theTranslationFollowsTheLocale();
+    void withoutTranslationFilesTheProgramWarnsOnce();
+
+private:
+    bool searchGoesOn() { return log().waitFor(searching, log().count(searching) + 1); }
+};
+
+void tst_Shell::onlyTheTrayIconIsVisibleAtStart()
+{
+    QVERIFY(start());
+    QVERIFY(log().waitFor(searching));
+    QVERIFY(!window());
+    QVERIFY(!desktop().windows().visibleWindow(QStringLiteral("Settings")));
+}
+
+void tst_Shell::aSingleClickOpensTheMainWindow()
+{
+    QVERIFY(start());
+    QVERIFY(tray().click());
+    QVERIFY(waitUntil([this] { return window().has_value(); }));
+    QCOMPARE(window()->title, QStringLiteral("Vesmora Driver"));
+}
+
+void tst_Shell::aDoubleClickOpensTheMainWindow()
+{
+    QVERIFY(start());
+    QVERIFY(tray().doubleClick());
+    QVERIFY(waitUntil([this] { return window().has_value(); }));
+    QCOMPARE(desktop().windows().visibleWindows(QStringLiteral("Vesmora ")).size(), 1);
+}
+
+void tst_Shell::aMiddleClickDoesNothing()
+{
+    QVERIFY(start());
+    QVERIFY(tray().click(Pointer::Middle));
+    // The menu comes only after the program has seen the click before.
+    QVERIFY(tray().openMenu());
+    QVERIFY(!window());
+}
+
+void tst_Shell::aRightClickOnlyOpensTheMenuWithTheGreyedVersionOnTop()
+{
+    QVERIFY(start());
+    QVERIFY(tray().openMenu());
+    QVERIFY(!window());
+    const QList<MenuPicture::Entry> entries = tray().menuPicture().entries();
+    QCOMPARE(entries.size(), qsizetype(Tray::EntryCount));
+    for (qsizetype i = 0; i < entries.size(); ++i)
+        QCOMPARE(entries.at(i).greyed, i == Tray::Version);
+}
+
+void tst_Shell::theVersionEntryDoesNothing()
+{
+    QVERIFY(start());
+    QVERIFY(tray().choose(Tray::Version));
+    QVERIFY(searchGoesOn());
+    QVERIFY(!window());
+    QVERIFY(!desktop().windows().visibleWindow(QStringLiteral("Settings")));
+    QVERIFY(panel().isRunning());
+}
+
+void tst_Shell::theMenuOpensTheMainWindow()
+{
+    QVERIFY(start());
+    QVERIFY(tray().choose(Tray::MainWindow));
+    QVERIFY(waitUntil([this] { return window().has_value(); }));
+}
+
+void tst_Shell::aSecondCopyExitsAndLeavesTheFirstUndisturbed()
+{
+    QVERIFY(start());
+    const std::unique_ptr<PanelProgram> second = lane().launch();
+    QVERIFY(second);
+    QVERIFY(second->waitForExit());
+    QCOMPARE(second->exitCode(), 0);
+    QCOMPARE(panelMessages(second->log().lines()),
+             QStringList(QStringLiteral("Vesmora Mixer 已经在运行中。")));
+
+    QVERIFY(searchGoesOn());
+    QCOMPARE(tray().icons().size(), 1);
+    QVERIFY(!window());
+}
+
+void tst_Shell::closingTheMainWindowHidesItAndTheProgramGoesOn()
+{
+    QVERIFY(start());
+    QVERIFY(openWindow());
+    desktop().windows().close(window()->id);
+    QVERIFY(waitUntil([this] { return !window(); }));
+    QVERIFY(searchGoesOn());
+    QCOMPARE(tray().icons().size(), 1);
+    QVERIFY(openWindow());
+}
+
+void tst_Shell::closingTheSettingsDialogLeavesTheProgramRunning()
+{
+    const auto dialog = [this] {
+        return desktop().windows().visibleWindow(QStringLiteral("Settings"));
+    };
+    QVERIFY(start());
+    QVERIFY(tray().choose(Tray::Setup));
+    QVERIFY(waitUntil([&] { return dialog().has_value(); }));
+    desktop().windows().close(dialog()->id);
+    QVERIFY(waitUntil([&] { return !dialog(); }));
+    QVERIFY(searchGoesOn());
+    QCOMPARE(tray().icons().size(), 1);
+}
+
+void tst_Shell::quitEndsTheProgram_data()
+{
+    QTest::addColumn<bool>("withDevice");
+    QTest::addColumn<bool>("withWindow");
+    QTest::newRow("in the tray") << false << false;
+    QTest::newRow("with the window open") << false << true;
+    QTest::newRow("with a device shown") << true << true;
+}
+
+void tst_Shell::quitEndsTheProgram()
+{
+    QFETCH(bool, withDevice);
+    QFETCH(bool, withWindow);
+    QVERIFY(start());
+    QVERIFY(!withWindow || openWindow());
+    QVERIFY(!withDevice || plug(QStringLiteral("rx1")));
+    QVERIFY(quit());
+    QCOMPARE(panel().exitCode(), 0);
+    QVERIFY(log().waitFor(QStringLiteral("Settings dialog closed and resources cleaned up.")));
+}
+
+void tst_Shell::withoutADeviceTheSearchGoesOn()
+{
+    QVERIFY(start());
+    QVERIFY(openWindow());
+    QVERIFY(log().waitFor(searching, 3));
+    QCOMPARE(window()->title, QStringLiteral("Vesmora Driver"));
+    QVERIFY(picture().knobs().isEmpty());
+    // Every look tries all sixteen paths.
+    const QStringList opens = log().outputLines();
+    QVERIFY(opens.size() >= 3 * 16);
+    for (qsizetype i = 0; i < opens.size(); ++i)
+        QCOMPARE(opens.at(i),
+                 openLine(static_cast<int>(i % 16), QStringLiteral("failed, error: 2")));
+}
+
+void tst_Shell::aPluggedModelShowsItsPanelAndFirmware_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<int>("knobs");
+    QTest::addColumn<int>("buttons");
+    QTest::newRow("rx1") << QStringLiteral("Vesmora RX1 - FW: 2025112233") << 3 << 6;
+    QTest::newRow("rx2") << QStringLiteral("Vesmora RX2 - FW: 2025112233") << 6 << 10;
+    QTest::newRow("rm") << QStringLiteral("Vesmora RM - FW: 2025112233") << 2 << 3;
+}
+
+void tst_Shell::aPluggedModelShowsItsPanelAndFirmware()
+{
+    QFETCH(QString, title);
+    QFETCH(int, knobs);
+    QFETCH(int, buttons);
+    const QString model = QString::fromLatin1(QTest::currentDataTag());
+    QVERIFY(simulator().setFirmware(QStringLiteral("2025112233")));
+    QVERIFY(start());
+    QVERIFY(openWindow());
+    QVERIFY(plug(model));
+    QCOMPARE(pictureWith(knobs, buttons).knobs().size(), knobs);
+    QCOMPARE(window()->title, title);
+    QCOMPARE(log().count(QStringLiteral("Adding %1 widget to layout.").arg(model)), 1);
+
+    QVERIFY(unplug());
+    QCOMPARE(window()->title, title);
+    QVERIFY(waitUntil([this] { return picture().knobs().isEmpty(); }));
+}
+
+void tst_Shell::anUnknownIdentifierShowsALabelAndKeepsProbing()
+{
+    QVERIFY(start());
+    QVERIFY(openWindow());
+    QVERIFY(log().waitFor(searching));
+    const QImage before = desktop().windows().picture(window()->area);
+    QVERIFY(simulator().plug(QStringLiteral("3")));
+    QVERIFY(log().waitFor(QStringLiteral("Unknown device PID: 3"), 3));
+    QVERIFY(desktop().windows().picture(window()->area) != before);
+    QVERIFY(picture().knobs().isEmpty());
+    QCOMPARE(log().count(QStringLiteral("Device found with PID:")), 0);
+}
+
+void tst_Shell::aFailedFirmwareReadIsRetried()
+{
+    QVERIFY(start());
+    QVERIFY(openWindow());
+    QVERIFY(simulator().fail(QStringLiteral("getFirmwareVersion"), 2));
+    QVERIFY(plug(QStringLiteral("rx1")));
+    QCOMPARE(log().count(QStringLiteral("Failed to get firmware version.")), 2);
+    QCOMPARE(log().count(QStringLiteral("Adding rx1 widget to layout.")), 3);
+    QCOMPARE(pictureWith(3, 6).buttons().size(), 6);
+    QVERIFY(window()->title.startsWith(QStringLiteral("Vesmora RX1 - FW: ")));
+}
+
+void tst_Shell::theThirdFailedPollTearsThePanelDown()
+{
+    QVERIFY(start());
+    QVERIFY(openWindow());
+    QVERIFY(plug(QStringLiteral("rx2")));
+    QVERIFY(unplug());
+    QVERIFY(searchGoesOn());
+    const QString failedPoll =
+        QStringLiteral("Error reading device PID from driver, error count: ");
+    const QString deleted = QStringLiteral("Meter driver handle deleted.");
+    const QString cleared = QStringLiteral("Cleared all widgets from base layout.");
+    QCOMPARE(
+        linesContaining(log().lines(), {failedPoll, deleted, cleared}),
+        QStringList({failedPoll + u'1', failedPoll + u'2', failedPoll + u'3', deleted, cleared}));
+    QVERIFY(waitUntil([this] { return picture().knobs().isEmpty(); }));
+    QVERIFY(window()->title.startsWith(QStringLiteral("Vesmora RX2 - FW: ")));
+}
+
+void tst_Shell::aSingleFailedPollIsForgotten()
+{
+    QVERIFY(start());
+    QVERIFY(plug(QStringLiteral("rm")));
+    const QString failedPoll =
+        QStringLiteral("Error reading device PID from driver, error count: ");
+    for (int i = 1; i <= 3; ++i) {
+        QVERIFY(simulator().fail(QStringLiteral("getDevicePid"), 1));
+        QVERIFY(log().waitFor(failedPoll, i));
+        // A successful poll in between starts the count anew.
+        QVERIFY(simulator().clearRecord());
+        QVERIFY(
+            waitUntil([this] { return sentBesides(QStringLiteral("getDevicePid")).size() >= 1; }));
+    }
+    QCOMPARE(log().count(failedPoll + u'1'), 3);
+    QCOMPARE(log().count(QStringLiteral("Meter driver handle deleted.")), 0);
+}
+
+void tst_Shell::aDeviceOnTheFourthBusIsFoundAfterThreeFailedOpens()
+{
+    QVERIFY(simulator().plug(QStringLiteral("rx1"), 3));
+    QVERIFY(start());
+    QVERIFY(log().waitFor(QStringLiteral("Device found with PID: 1")));
+    const QString failed = QStringLiteral("failed, error: 2");
+    const QStringList oneOpen{openLine(0, failed), openLine(1, failed), openLine(2, failed),
+                              openLine(3, QStringLiteral("success!"))};
+    // The probe, the settings dialog, the panel and the poll each open the device.
+    QVERIFY(waitUntil([this] { return log().outputLines().size() >= 16; }));
+    QCOMPARE(log().outputLines(), oneOpen + oneOpen + oneOpen + oneOpen);
+}
+
+void tst_Shell::theTranslationFollowsTheLocale_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("en_US") << QStringLiteral("VesmoraDriver_en_US.qm");
+    QTest::newRow("en_GB") << QStringLiteral("VesmoraDriver_en_US.qm");
+    QTest::newRow("zh_CN") << QStringLiteral("VesmoraDriver_zh_CN.qm");
+    QTest::newRow("zh_TW") << QStringLiteral("VesmoraDriver_zh_CN.qm");
+    QTest::newRow("fr_FR") << QStringLiteral("VesmoraDriver_en_US.qm");
+}
+
+void tst_Shell::theTranslationFollowsTheLocale()
+{
+    QFETCH(QString, file);
+    const QString locale = QString::fromLatin1(QTest::currentDataTag());
+    QVERIFY(start(locale));
+    QVERIFY(log().waitFor(searching));
+    const QStringList codes = log().linesWith(QStringLiteral("系统返回的语言代码："));
+    QCOMPARE(codes.size(), 1);
+    QVERIFY2(codes.first().contains(locale), qPrintable(codes.first()));
+    const QStringList loaded = log().linesWith(QStringLiteral("成功加载翻译文件："));
+    QCOMPARE(loaded.size(), 1);
+    QVERIFY2(loaded.first().contains(file), qPrintable(loaded.first()));
+    QCOMPARE(log().count(QStringLiteral("加载默认翻译文件：")), 0);
+    QCOMPARE(log().count(QStringLiteral("未找到任何翻译文件，使用原始文本")), 0);
+}
+
+void tst_Shell::withoutTranslationFilesTheProgramWarnsOnce()
+{
+    QVERIFY(follow(lane().launchWithoutTranslations(QStringLiteral("zh_CN"))));
+    QVERIFY(log().waitFor(searching));
+    QCOMPARE(log().count(QStringLiteral("未找到任何翻译文件，使用原始文本")), 1);
+    QCOMPARE(log().count(QStringLiteral("成功加载翻译文件：")), 0);
+    QVERIFY(openWindow());
+    QVERIFY(log().waitFor(searching));
+}
+
+QTEST_GUILESS_MAIN(tst_Shell)
+#include "tst_shell.moc"

@@ -1,0 +1,15 @@
+#include "contractseenbyc.h"
+
+#include "vesmoracontract.h"
+
+const ContractSeenByC contractSeenByC = {
+    sizeof(CommandPacket),
+    offsetof(CommandPacket, argument),
+    offsetof(CommandPacket, channel),
+    offsetof(CommandPacket, valueLow),
+    offsetof(CommandPacket, valueHigh),
+    sizeof(VendorReply),
+    sizeof(MixerBlock),
+    offsetof(MixerBlock, outputGains),
+    sizeof(MeterRecord),
+};

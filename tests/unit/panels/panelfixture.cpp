@@ -1,0 +1,177 @@
+#include "panelfixture.h"
+
+#include "layouttext.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QTimer>
+#include <QWheelEvent>
+
+PanelFixture::PanelFixture(PanelModel model)
+    : m_initialModel(model)
+    , m_model(model)
+{ }
+
+void PanelFixture::init()
+{
+    begin(m_initialModel);
+}
+
+void PanelFixture::cleanup()
+{
+    m_panel.reset();
+    m_log.reset();
+    QCOMPARE(m_simulator.state().openHandles, 0u);
+    freshDataFolder();
+}
+
+void PanelFixture::begin(PanelModel model)
+{
+    m_panel.reset();
+    m_model = model;
+    m_folder = freshDataFolder();
+    QVERIFY2(m_simulator.reset(), qPrintable(m_simulator.errorString()));
+    QVERIFY2(m_simulator.plug(identifierOf(model)), qPrintable(m_simulator.errorString()));
+    QVERIFY2(m_simulator.clearRecord(), qPrintable(m_simulator.errorString()));
+    m_log.reset();
+    m_log = std::make_unique<LogCapture>();
+}
+
+void PanelFixture::addModelRows()
+{
+    QTest::addColumn<PanelModel>("model");
+    for (const PanelModel model : allPanelModels)
+        QTest::newRow(qPrintable(nameOf(model))) << model;
+}
+
+void PanelFixture::build()
+{
+    m_panel = createPanel(m_model);
+}
+
+void PanelFixture::buildQuietly()
+{
+    build();
+    takeSent();
+    takeLog();
+}
+
+Knob &PanelFixture::knob(const QString &name)
+{
+    auto *knob = m_panel->findChild<Knob *>(name);
+    if (!knob)
+        qFatal("There is no knob called %s", qPrintable(name));
+    return *knob;
+}
+
+Button &PanelFixture::button(const QString &name)
+{
+    auto *button = m_panel->findChild<Button *>(name);
+    if (!button)
+        qFatal("There is no button called %s", qPrintable(name));
+    return *button;
+}
+
+void PanelFixture::click(const QString &name)
+{
+    QTest::mouseClick(&button(name), Qt::LeftButton);
+}
+
+void PanelFixture::turn(const QString &name, int notches)
+{
+    Knob &target = knob(name);
+    const QPoint notch(0, notches > 0 ? 120 : -120);
+    for (int i = 0; i < qAbs(notches); ++i) {
+        QWheelEvent event(target.rect().center(), target.rect().center(), QPoint(), notch,
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&target, &event);
+    }
+}
+
+void PanelFixture::tick()
+{
+    auto *timer = m_panel->findChild<QTimer *>();
+    if (!timer)
+        qFatal("The panel has no timer");
+    QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
+}
+
+QStringList PanelFixture::meterTexts()
+{
+    QStringList texts;
+    const QList<QWidget *> widgets = widgetsInOrder(*m_panel->layout());
+    for (const QWidget *widget : widgets) {
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        if (label && label->styleSheet() == "color: #888888; font-size: 8px;")
+            texts << label->text();
+    }
+    return texts;
+}
+
+QStringList PanelFixture::takeSent()
+{
+    const QStringList lines = m_simulator.requests();
+    m_simulator.clearRecord();
+    return lines;
+}
+
+QStringList PanelFixture::takeEvents()
+{
+    const QStringList lines = m_simulator.events();
+    m_simulator.clearRecord();
+    return lines;
+}
+
+QList<QByteArray> PanelFixture::takePackets()
+{
+    QList<QByteArray> packets;
+    const QList<Record> entries = m_simulator.record();
+    for (const Record &entry : entries) {
+        if (entry.code == VESMORA_SEND_PACKET)
+            packets << entry.bytes;
+    }
+    m_simulator.clearRecord();
+    return packets;
+}
+
+QString PanelFixture::settingsFile() const
+{
+    return m_folder + '/' + nameOf(m_model) + ".ini";
+}
+
+QMap<QString, QString> PanelFixture::saved() const
+{
+    QMap<QString, QString> values;
+    QString section;
+    const QStringList lines = savedLines();
+    for (const QString &line : lines) {
+        if (line.startsWith('['))
+            section = line.mid(1, line.size() - 2) + '/';
+        else
+            values.insert(section + line.section('=', 0, 0), line.section('=', 1));
+    }
+    return values;
+}
+
+void PanelFixture::writeSettings(const QByteArray &text)
+{
+    QFile file(settingsFile());
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
+    QCOMPARE(file.write(text), text.size());
+}
+
+QByteArray packet(const char *hexBegin)
+{
+    return QByteArray::fromHex(hexBegin).leftJustified(sizeof(CommandPacket), '\0');
+}
+
+QStringList twice(const QString &line)
+{
+    return {line, line};
+}
+
+QStringList twice(const QStringList &lines)
+{
+    return lines + lines;
+}

@@ -1,0 +1,27 @@
+#include "createrefusal.h"
+
+#include <QtGlobal>
+
+/// The name belongs to a pipe that allows one instance, which exists.
+class CreateRefusal::Lane
+{
+public:
+    Lane()
+    {
+        if (m_pipe == INVALID_HANDLE_VALUE)
+            qFatal("The pipe's name is taken: error %u", unsigned(GetLastError()));
+    }
+    ~Lane() { CloseHandle(m_pipe); }
+
+private:
+    const HANDLE m_pipe = CreateNamedPipeW(LR"(\\.\pipe\VesmoraASIOToPannel)", PIPE_ACCESS_DUPLEX,
+                                           PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT, 1,
+                                           65536, 65536, 300, nullptr);
+};
+
+CreateRefusal::CreateRefusal()
+    : m_lane(std::make_unique<Lane>())
+    , m_error(ERROR_PIPE_BUSY)
+{ }
+
+CreateRefusal::~CreateRefusal() = default;

@@ -1,0 +1,44 @@
+#ifndef PIPECLIENT_H
+#define PIPECLIENT_H
+
+#include <windows.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include <initializer_list>
+
+/// The name of the pipe on which the settings dialog listens.
+inline constexpr char listenerPipe[] = R"(\\.\pipe\VesmoraASIOToPannel)";
+
+/// The ASIO driver's end of a pipe that the program serves. Any thread, one at a time.
+class PipeClient
+{
+public:
+    explicit PipeClient(const QString &name = QString::fromLatin1(listenerPipe))
+        : m_name(name)
+    { }
+    ~PipeClient() { close(); }
+    PipeClient(const PipeClient &) = delete;
+    PipeClient &operator=(const PipeClient &) = delete;
+
+    /// One attempt; the Win32 error, 0 when it worked.
+    DWORD open();
+    /// Attempts until the server is there and free, or false after a long time.
+    bool connect();
+    /// Writes one message.
+    bool write(const QByteArray &message);
+    void close();
+
+private:
+    const QString m_name;
+    HANDLE m_pipe = INVALID_HANDLE_VALUE;
+};
+
+/// Connects to the settings dialog, writes @p message and leaves. Returns whether that worked.
+bool sendToListener(const QByteArray &message);
+
+/// The bytes of 32-bit little-endian words.
+QByteArray messageOf(std::initializer_list<quint32> words);
+
+#endif

@@ -1,0 +1,340 @@
+#include "settingstest.h"
+
+#include <QSet>
+
+namespace {
+
+/// A command of a sequence and what the log says after it.
+struct Step {
+    QString command;
+    QStringList onSuccess;
+    QStringList onFailure;
+    int afterFailure = 1000; ///< the step at which the sequence goes on then; most end
+};
+
+struct Sequence {
+    const char *name;
+    QString boxName; ///< empty for the start-up sequence
+    QString text;    ///< what is chosen
+    quint32 driverLatency;
+    QString latencyText; ///< what the latency box shows before
+    QStringList before;  ///< what the log says before the first command
+    QList<Step> steps;
+    QMap<int, QString> saves; ///< by the step after whose success it is saved
+};
+
+const QString otherwise = QStringLiteral("，可能是驱动未正确加载或设备未连接。");
+
+Step stop()
+{
+    return {"stopAudio", {}, {"停止音频失败" + otherwise}};
+}
+
+Step restart(const QStringList &onSuccess)
+{
+    return {"restartAudio", onSuccess, {"重新启动音频失败" + otherwise}};
+}
+
+QList<Step> otgCycle(int firstStep)
+{
+    // The answer to these two is not examined, so a driver that refuses them goes unnoticed.
+    return {{"setOtgOff", {}, {}, firstStep + 1}, {"setOtgOn", {}, {}, firstStep + 2}};
+}
+
+Step logging(Step step, const QString &line)
+{
+    step.onSuccess << line;
+    step.onFailure << line;
+    return step;
+}
+
+/// 96 samples, with a driver latency that may stay.
+Sequence bufferSize()
+{
+    return {
+        "buffer size",
+        "BufferSize",
+        "96",
+        8,
+        "8",
+        {"设置音频缓冲区大小为： 96 samples"},
+        {{"getBufferSize",
+          {"Buffer size: (address)", "当前音频缓冲区大小： 256", "设置USB延迟大小为： 16 Frame"},
+          {"当前音频缓冲区大小： 0", "获取音频缓冲区大小失败" + otherwise}},
+         {"getUsbLatency", {"当前USB延迟大小： 8"}, {"获取USB延迟大小失败" + otherwise}},
+         stop(),
+         {"setBufferSize 96", {}, {"设置音频缓冲区大小失败" + otherwise}},
+         restart({"音频缓冲区大小设置成功： 96 samples", "音频缓冲区大小设置已保存： \"96\""})},
+        {{4, "Audio/BufferSize=96"}}};
+}
+
+/// 64 samples with 32 frames: the latency sequence within may fail without ending the outer one.
+Sequence cappingBufferSize()
+{
+    Step innerStop = stop();
+    innerStop.afterFailure = 6;
+    Step innerRestart = restart({"USB延迟大小设置已保存： \"8\""});
+    innerRestart.afterFailure = 6;
+    return {"capping buffer size",
+            "BufferSize",
+            "64",
+            32,
+            "32",
+            {"设置音频缓冲区大小为： 64 samples"},
+            {{"getBufferSize",
+              {"Buffer size: (address)", "当前音频缓冲区大小： 256", "设置USB延迟大小为： 8 Frame"},
+              {"当前音频缓冲区大小： 0", "获取音频缓冲区大小失败" + otherwise}},
+             {"getUsbLatency",
+              {"当前USB延迟大小： 32", "设置USB延迟大小为： 8 Frame"},
+              {"获取USB延迟大小失败" + otherwise}},
+             {"getUsbLatency", {"当前USB延迟大小： 32"}, {"当前USB延迟大小： 0"}, 3},
+             innerStop,
+             {"setUsbLatency 8", {}, {"设置USB延迟大小失败" + otherwise}, 6},
+             innerRestart,
+             stop(),
+             {"setBufferSize 64", {}, {"设置音频缓冲区大小失败" + otherwise}},
+             restart({"音频缓冲区大小设置成功： 64 samples", "音频缓冲区大小设置已保存： \"64\""})},
+            {{5, "USB/LatencySize=8"}, {8, "Audio/BufferSize=64"}}};
+}
+
+Sequence usbLatency()
+{
+    return {"USB latency",
+            "UsbLatency",
+            "24",
+            8,
+            "8",
+            {"设置USB延迟大小为： 24 Frame"},
+            {{"getUsbLatency", {"当前USB延迟大小： 8"}, {"当前USB延迟大小： 0"}, 1},
+             stop(),
+             {"setUsbLatency 24", {}, {"设置USB延迟大小失败" + otherwise}},
+             restart({"USB延迟大小设置已保存： \"24\""})},
+            {{3, "USB/LatencySize=24"}}};
+}
+
+Sequence sampleRate()
+{
+    Step first = stop();
+    first.onSuccess << "设置音频采样率为： 48000 Hz";
+    QList<Step> steps{
+        first,
+        {"setSampleRate 48000", {}, {"设置音频采样率失败" + otherwise}},
+        {"setWdmChannelCount 4", {}, {"设置WDM通道数量失败" + otherwise}},
+        {"initAudio", {"音频采样率设置已保存： \"48000\""}, {"重新启动音频失败" + otherwise}}};
+    const QList<Step> cycle = otgCycle(4);
+    steps << cycle.first() << logging(cycle.last(), "设置采样频率完成");
+    return {"sample rate", "SampleRate", "48000", 8,
+            "8",           {},           steps,   {{3, "Audio/SampleRate=48000"}}};
+}
+
+Sequence safeMode(const QString &text, const QString &command)
+{
+    return {text == "Enabled" ? "safe mode on" : "safe mode off",
+            "SafeMode",
+            text,
+            8,
+            "8",
+            {},
+            {stop(),
+             {command, {}, {"设置USB慢速模式失败" + otherwise}},
+             restart({"USB慢速模式设置已保存： \"" + text + "\""})},
+            {{2, "USB/SlowMode=" + text}}};
+}
+
+Sequence start()
+{
+    Step first = stop();
+    first.onSuccess << "停止音频成功，开始加载控件状态";
+    QList<Step> steps{{"getSampleRate", {"当前音频采样率为： 44100"}, {"当前音频采样率为： 0"}, 1},
+                      first,
+                      {"setSampleRate 44100", {}, {"设置音频采样率失败" + otherwise}},
+                      {"setWdmChannelCount 4", {}, {"设置WDM通道数量失败" + otherwise}}};
+    steps << otgCycle(4);
+    steps << Step{"initAudio", {"设置初始化完成"}, {"初始化音频失败" + otherwise}};
+    return {"start-up", {}, {}, 8, "8", {"已从配置文件加载控件状态", "加载控件状态完成"},
+            steps,      {}};
+}
+
+QList<Sequence> allSequences()
+{
+    return {bufferSize(),
+            cappingBufferSize(),
+            usbLatency(),
+            sampleRate(),
+            safeMode(u"Enabled"_qs, u"enableUsbSlowMode"_qs),
+            safeMode(u"Disabled"_qs, u"disableUsbSlowMode"_qs),
+            start()};
+}
+
+/// What is to be seen of a sequence of which one step fails.
+struct Outcome {
+    QStringList sent;
+    QStringList log;
+    QStringList saved;
+    bool engineRuns = true;
+};
+
+bool startsEngine(const QString &command)
+{
+    return command == "restartAudio" || command == "initAudio";
+}
+
+Outcome outcomeOf(const Sequence &sequence, int failing, DWORD error)
+{
+    Outcome outcome;
+    outcome.log = sequence.before;
+    for (int i = 0; i < sequence.steps.size();) {
+        const Step &step = sequence.steps.at(i);
+        const bool fails = i == failing;
+        outcome.sent << (fails ? u"%1 !%2"_qs.arg(step.command).arg(error) : step.command);
+        outcome.log << (fails ? step.onFailure : step.onSuccess);
+        if (!fails && sequence.saves.contains(i))
+            outcome.saved << sequence.saves.value(i);
+        if (!fails && step.command == "stopAudio")
+            outcome.engineRuns = false;
+        else if (!fails && startsEngine(step.command))
+            outcome.engineRuns = true;
+        i = fails ? step.afterFailure : i + 1;
+    }
+    return outcome;
+}
+
+/// The old entries, with those saved in their place.
+QStringList merged(const QStringList &old, const QStringList &saved)
+{
+    QMap<QString, QString> values;
+    const QStringList all = old + saved;
+    for (const QString &entry : all)
+        values.insert(entry.section(u'=', 0, 0), entry);
+    return values.values();
+}
+
+} // namespace
+
+class TestEngineFaults : public SettingsTest
+{
+    Q_OBJECT
+
+private slots:
+    void eachCommandFailing_data();
+    void eachCommandFailing();
+    void unpluggedEverythingFails();
+    void cleanupTestCase();
+
+private:
+    void prepare(const Sequence &sequence);
+    int injectFault(const Sequence &sequence, int failing, DWORD error);
+    void run(const Sequence &sequence);
+
+    int m_faults = 0;
+};
+
+void TestEngineFaults::eachCommandFailing_data()
+{
+    QTest::addColumn<int>("sequenceIndex");
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<quint32>("error");
+    const QList<Sequence> sequences = allSequences();
+    for (int i = 0; i < sequences.size(); ++i) {
+        const Sequence &sequence = sequences.at(i);
+        QTest::addRow("%s, all well", sequence.name) << i << -1 << 0u;
+        for (int step = 0; step < sequence.steps.size(); ++step) {
+            for (const quint32 error : {ERROR_GEN_FAILURE, ERROR_DEVICE_NOT_CONNECTED})
+                QTest::addRow("%s, %d %s, error %u", sequence.name, step,
+                              qPrintable(sequence.steps.at(step).command), error)
+                    << i << step << error;
+        }
+    }
+}
+
+/// Has the driver fail at that step, which for its command may be a later than the next one.
+int TestEngineFaults::injectFault(const Sequence &sequence, int failing, DWORD error)
+{
+    if (failing < 0)
+        return 0;
+    const QString command = sequence.steps.at(failing).command;
+    int nth = 1;
+    for (int i = 0; i < failing; ++i)
+        nth += sequence.steps.at(i).command == command ? 1 : 0;
+    return simulator().fail(command.section(u' ', 0, 0), nth, error) ? 1 : 0;
+}
+
+void TestEngineFaults::prepare(const Sequence &sequence)
+{
+    openConnectedDialog();
+    simulator().setUsbLatency(sequence.driverLatency);
+    presetBox("UsbLatency", sequence.latencyText);
+}
+
+void TestEngineFaults::run(const Sequence &sequence)
+{
+    if (sequence.boxName.isEmpty())
+        dialog().initSettings();
+    else
+        choose(sequence.boxName.toLatin1().constData(), sequence.text);
+    finishOtgCycles();
+}
+
+void TestEngineFaults::eachCommandFailing()
+{
+    QFETCH(int, sequenceIndex);
+    QFETCH(int, failing);
+    QFETCH(quint32, error);
+    const Sequence sequence = allSequences().at(sequenceIndex);
+    // These are the boxes' first items, so that loading them in the start-up sequence is no change.
+    const QStringList old{"Audio/BufferSize=48", "Audio/SampleRate=44100", "USB/LatencySize=8",
+                          "USB/SlowMode=Disabled"};
+    writeSettings(old);
+    prepare(sequence);
+    const int injected = injectFault(sequence, failing, error);
+    QCOMPARE(injected, failing < 0 ? 0 : 1);
+    m_faults += injected;
+    QStringList expectedTexts = texts();
+
+    run(sequence);
+
+    const Outcome outcome = outcomeOf(sequence, failing, error);
+    QCOMPARE(takeSent(), outcome.sent);
+    QCOMPARE(takeLog(), outcome.log);
+    QCOMPARE(saved(), merged(old, outcome.saved));
+    QCOMPARE(simulator().state().engineRunning, outcome.engineRuns);
+    QCOMPARE(simulator().state().faults, 0u);
+    // What was chosen stays, come what may; a cap is chosen once the driver's latency is known.
+    if (!sequence.boxName.isEmpty())
+        expectedTexts.replace(
+            QStringList{"BufferSize", "UsbLatency", "SampleRate", "SafeMode"}.indexOf(
+                sequence.boxName),
+            sequence.text);
+    if (sequence.driverLatency == 32 && (failing < 0 || failing > 1))
+        expectedTexts.replace(1, u"8"_qs);
+    QCOMPARE(texts(), expectedTexts);
+}
+
+void TestEngineFaults::unpluggedEverythingFails()
+{
+    openConnectedDialog();
+    QVERIFY(simulator().unplug());
+    choose("BufferSize", u"96"_qs);
+    choose("UsbLatency", u"24"_qs);
+    choose("SampleRate", u"48000"_qs);
+    choose("SafeMode", u"Enabled"_qs);
+    QCOMPARE(takeSent(),
+             (QStringList{"getBufferSize !1167", "getUsbLatency !1167", "stopAudio !1167",
+                          "stopAudio !1167", "stopAudio !1167"}));
+    QCOMPARE(takeLog(),
+             (QStringList{"设置音频缓冲区大小为： 96 samples", "当前音频缓冲区大小： 0",
+                          "获取音频缓冲区大小失败" + otherwise, "设置USB延迟大小为： 24 Frame",
+                          "当前USB延迟大小： 0", "停止音频失败" + otherwise,
+                          "停止音频失败" + otherwise, "停止音频失败" + otherwise}));
+    QCOMPARE(saved(), QStringList());
+    QCOMPARE(texts(), (QStringList{"96", "24", "48000", "Enabled"}));
+    m_faults += 5;
+}
+
+void TestEngineFaults::cleanupTestCase()
+{
+    qInfo("%d faults injected", m_faults);
+}
+
+QTEST_MAIN(TestEngineFaults)
+#include "tst_enginefaults.moc"

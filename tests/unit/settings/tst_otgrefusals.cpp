@@ -1,0 +1,80 @@
+#include "scripteddriver.h"
+#include "settingstest.h"
+
+namespace {
+
+const QString offFailed = QStringLiteral("关闭OTG芯片失败，可能是驱动未正确加载或设备未连接。");
+const QString onFailed = QStringLiteral("开启OTG芯片失败，可能是驱动未正确加载或设备未连接。");
+
+} // namespace
+
+/// OTG commands that report failure: the product's driver link never does, the sequences are
+/// prepared for it all the same.
+class TestOtgRefusals : public SettingsTest
+{
+    Q_OBJECT
+
+private slots:
+    void refusals_data();
+    void refusals();
+};
+
+void TestOtgRefusals::refusals_data()
+{
+    QTest::addColumn<QStringList>("refused");
+    QTest::addColumn<bool>("isStart");
+    QTest::addColumn<QStringList>("sent");
+    QTest::addColumn<QStringList>("log");
+    const QString initFailed = u"初始化音频失败，可能是驱动未正确加载或设备未连接。"_qs;
+
+    QTest::newRow("nothing, after a sample rate")
+        << QStringList{} << false << QStringList{"setOtgOff", "setOtgOn"}
+        << QStringList{"设置采样频率完成"};
+    QTest::newRow("off, after a sample rate")
+        << QStringList{"setOtgOff"} << false << QStringList{"setOtgOff"} << QStringList{offFailed};
+    QTest::newRow("on, after a sample rate")
+        << QStringList{"setOtgOn"} << false << QStringList{"setOtgOff", "setOtgOn"}
+        << QStringList{onFailed, "设置采样频率完成"};
+    QTest::newRow("nothing, at start-up")
+        << QStringList{} << true << QStringList{"setOtgOff", "setOtgOn", "initAudio"}
+        << QStringList{"设置初始化完成"};
+    QTest::newRow("off, at start-up")
+        << QStringList{"setOtgOff"} << true << QStringList{"setOtgOff"} << QStringList{offFailed};
+    QTest::newRow("on, at start-up")
+        << QStringList{"setOtgOn"} << true << QStringList{"setOtgOff", "setOtgOn", "initAudio"}
+        << QStringList{onFailed, "设置初始化完成"};
+    QTest::newRow("on and init, at start-up")
+        << QStringList{"setOtgOn", "initAudio"} << true
+        << QStringList{"setOtgOff", "setOtgOn", "initAudio"} << QStringList{onFailed, initFailed};
+}
+
+void TestOtgRefusals::refusals()
+{
+    QFETCH(QStringList, refused);
+    QFETCH(bool, isStart);
+    QFETCH(QStringList, sent);
+    QFETCH(QStringList, log);
+    openDialog();
+    QVERIFY(dialog().createDevice());
+    scripteddriver::reset();
+    for (const QString &command : refused)
+        scripteddriver::refuse(command);
+
+    if (isStart)
+        dialog().initSettings();
+    else
+        choose("SampleRate", u"48000"_qs);
+    QCOMPARE(scripteddriver::takeCommands().filter(u"Otg"_qs), QStringList());
+    // The change is saved before the chip is touched.
+    const QStringList entries = isStart ? QStringList{} : QStringList{"Audio/SampleRate=48000"};
+    QCOMPARE(saved(), entries);
+    takeLog();
+
+    finishOtgCycles();
+    QCOMPARE(scripteddriver::takeCommands(), sent);
+    QCOMPARE(takeLog(), log);
+    QCOMPARE(saved(), entries);
+}
+
+QTEST_MAIN(TestOtgRefusals)
+#include "tst_otgrefusals.moc"

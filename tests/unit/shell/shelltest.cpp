@@ -1,0 +1,163 @@
+#include "shelltest.h"
+
+#include "platformremarks.h"
+#include "rm.h"
+#include "rx1.h"
+#include "rx2.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <iostream>
+#include <vector>
+
+namespace {
+
+std::unique_ptr<QWidget> createPanel(quint32 model)
+{
+    switch (model) {
+    case VESMORA_PID_RX1:
+        return std::make_unique<rx1>();
+    case VESMORA_PID_RX2:
+        return std::make_unique<rx2>();
+    default:
+        return std::make_unique<rm>();
+    }
+}
+
+} // namespace
+
+ShellTest::ShellTest()
+{
+    // Every look for a device says there what it tried; nobody reads it here.
+    std::wcout.setstate(std::ios_base::failbit);
+}
+
+QStringList ShellTest::on(int connection, const QStringList &requests)
+{
+    QStringList lines;
+    for (const QString &request : requests)
+        lines << QStringLiteral("%1 %2").arg(connection).arg(request);
+    return lines;
+}
+
+void ShellTest::plug(quint32 model)
+{
+    QVERIFY2(m_simulator.plug(model), qPrintable(m_simulator.errorString()));
+    forgetTraffic();
+    m_connections.clear();
+}
+
+void ShellTest::unplug()
+{
+    QVERIFY2(m_simulator.unplug(), qPrintable(m_simulator.errorString()));
+    forgetTraffic();
+}
+
+void ShellTest::forgetTraffic()
+{
+    // A second round trip after the closing of a connection finds that closing recorded.
+    m_simulator.state();
+    QVERIFY(m_simulator.clearRecord());
+}
+
+QStringList ShellTest::takeLog()
+{
+    static const QRegularExpression address(QStringLiteral("0x[0-9a-f]+$"));
+    QStringList lines = withoutPlatformRemarks(m_log->take());
+    lines.replaceInStrings(address, QStringLiteral("(address)"));
+    return lines;
+}
+
+QStringList ShellTest::takeTraffic()
+{
+    m_simulator.state();
+    QStringList lines;
+    const QList<Record> records = m_simulator.record();
+    for (const Record &record : records) {
+        if (record.code == VESMORA_READ_METER_DATA)
+            continue;
+        if (record.handle == 0) {
+            lines << record.text();
+            continue;
+        }
+        if (!m_connections.contains(record.handle))
+            m_connections.insert(record.handle, m_connections.size() + 1);
+        lines << QStringLiteral("%1 %2").arg(m_connections.value(record.handle)).arg(record.text());
+    }
+    m_simulator.clearRecord();
+    return lines;
+}
+
+QList<ShellTest::PanelStart> ShellTest::panelStarts(quint32 model, int count)
+{
+    plug(model);
+    QList<PanelStart> starts;
+    std::vector<std::unique_ptr<QWidget>> panels;
+    for (int i = 0; i < count; ++i) {
+        panels.push_back(createPanel(model));
+        starts.append({takeLog(), m_simulator.requests()});
+        m_simulator.clearRecord();
+    }
+    panels.clear();
+    unplug();
+    freshDataFolder();
+    takeLog();
+    return starts;
+}
+
+QStringList ShellTest::firstEngineLog()
+{
+    return QStringList{"设置音频缓冲区大小为： 192 samples",
+                       "Buffer size: (address)",
+                       "当前音频缓冲区大小： 256",
+                       "设置USB延迟大小为： 24 Frame",
+                       "当前USB延迟大小： 8",
+                       "音频缓冲区大小设置成功： 192 samples",
+                       "音频缓冲区大小设置已保存： \"192\""}
+    + laterEngineLog();
+}
+
+QStringList ShellTest::firstEngineRequests()
+{
+    return QStringList{"getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize 192",
+                       "restartAudio"}
+    + laterEngineRequests();
+}
+
+QStringList ShellTest::laterEngineLog()
+{
+    return {"已从配置文件加载控件状态", "加载控件状态完成", "当前音频采样率为： 44100",
+            "停止音频成功，开始加载控件状态"};
+}
+
+QStringList ShellTest::laterEngineRequests()
+{
+    return {"getSampleRate", "stopAudio", "setSampleRate 44100", "setWdmChannelCount 4"};
+}
+
+void ShellTest::deleteDeferred()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void ShellTest::init()
+{
+    QVERIFY2(m_simulator.reset(), qPrintable(m_simulator.errorString()));
+    freshDataFolder();
+    m_log = std::make_unique<LogCapture>();
+    m_settings = std::make_unique<Settings>();
+    // The dialog's listening thread has then said all it says by itself.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        m_log->contains(QStringLiteral("ThreadSettingsPip is running waiting Asio Info...")),
+        patience);
+    m_log->take();
+    forgetTraffic();
+    m_connections.clear();
+}
+
+void ShellTest::cleanup()
+{
+    m_settings.reset();
+    m_log.reset();
+}

@@ -1,0 +1,73 @@
+#ifndef SHELLTEST_H
+#define SHELLTEST_H
+
+#include "logcapture.h"
+#include "settings.h"
+#include "testsimulator.h"
+
+#include <QHash>
+#include <QObject>
+
+#include <memory>
+
+/// What the tests of the shell share. Each test begins with nothing plugged in, no settings files,
+/// an empty log and a settings dialog that has gone quiet.
+class ShellTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    ShellTest();
+
+    /// One line of the traffic as "<connection> <request>", e.g. "1 getDevicePid", "2 open".
+    static QStringList on(int connection, const QStringList &requests);
+
+    /// Plugs in that model; the record then begins anew, and its first connection is 1.
+    void plug(quint32 model);
+    void unplug();
+
+    /// The log since the last call; an address in it is replaced by "(address)".
+    QStringList takeLog();
+    /// What the connections asked since the last call, in order, meter reads left out. Connections
+    /// are numbered from 1 in the order in which they were opened.
+    QStringList takeTraffic();
+
+    /// What one panel says and asks when it is made.
+    struct PanelStart {
+        QStringList log;
+        QStringList requests;
+    };
+    /// Lets @p count panels of that model be made on one newly plugged-in device, one after the
+    /// other, then unplugs it and forgets everything.
+    QList<PanelStart> panelStarts(quint32 model, int count = 1);
+
+    /// What the settings dialog says and asks when a device is first brought to the default
+    /// choices, and every time after that.
+    static QStringList firstEngineLog();
+    static QStringList firstEngineRequests();
+    static QStringList laterEngineLog();
+    static QStringList laterEngineRequests();
+
+    /// Deletes what waits for the event loop to delete it; lets no timer fire.
+    static void deleteDeferred();
+
+    static constexpr int patience = 30000; ///< milliseconds, for what comes by itself
+
+    TestSimulator &simulator() { return m_simulator; }
+    LogCapture &log() { return *m_log; }
+    Settings &settings() { return *m_settings; }
+
+protected slots:
+    void init();
+    void cleanup();
+
+private:
+    void forgetTraffic();
+
+    TestSimulator m_simulator;
+    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<Settings> m_settings;
+    QHash<quint32, qsizetype> m_connections;
+};
+
+#endif

@@ -1,0 +1,239 @@
+#include "mainwindow.h"
+#include "shelltest.h"
+#include "windowview.h"
+
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+struct Model {
+    quint32 pid;
+    const char *panel;
+    const char *title;
+};
+
+constexpr Model models[] = {
+    {VESMORA_PID_RX1, "rx1", "Vesmora RX1 - FW: 2025093001"},
+    {VESMORA_PID_RX2, "rx2", "Vesmora RX2 - FW: 2025093001"},
+    {VESMORA_PID_RM, "rm", "Vesmora RM - FW: 2025093001"},
+};
+
+/// What goes wrong, in the order in which a search comes upon it.
+enum Fault {
+    ProbeOpen,
+    ProbeRead,
+    EngineOpen,
+    PanelOpen,
+    FirmwareRead,
+    PresenceOpen,
+    PresenceRead
+};
+
+struct FaultRow {
+    Fault fault;
+    const char *command;
+    int nth;
+};
+
+constexpr FaultRow faults[] = {
+    {ProbeOpen, "open", 1},
+    {ProbeRead, "getDevicePid", 1},
+    {EngineOpen, "open", 2},
+    {PanelOpen, "open", 3},
+    {FirmwareRead, "getFirmwareVersion", 1},
+    {PresenceOpen, "open", 4},
+    {PresenceRead, "getDevicePid", 2},
+};
+
+/// Everything that can be seen of a search and the poll after it.
+struct Outcome {
+    QStringList log;
+    QStringList traffic;
+    QStringList content;
+    QString title = QStringLiteral("Vesmora Driver");
+    bool detects = true;
+    bool polls = false;
+};
+
+} // namespace
+
+/// Makes each step of a search fail, for each model, and each command that others send meanwhile.
+class DetectionFaultsTest : public ShellTest
+{
+    Q_OBJECT
+
+private slots:
+    void eachStepMayFail_data();
+    void eachStepMayFail();
+    void noFailingEngineOrPanelCommandStopsTheSearch_data();
+    void noFailingEngineOrPanelCommandStopsTheSearch();
+    void cleanupTestCase();
+
+private:
+    Outcome expected(const Model &model, Fault fault, const PanelStart &start) const;
+    Outcome withoutDevice(Fault fault) const;
+    Outcome withDevice(const Model &model, Fault fault, const PanelStart &start) const;
+
+    int m_injected = 0;
+};
+
+void DetectionFaultsTest::eachStepMayFail_data()
+{
+    QTest::addColumn<int>("model");
+    QTest::addColumn<int>("fault");
+    for (int model = 0; model < int(std::size(models)); ++model) {
+        for (int fault = 0; fault < int(std::size(faults)); ++fault) {
+            QTest::addRow("%s: %s number %d", models[model].panel, faults[fault].command,
+                          faults[fault].nth)
+                << model << fault;
+        }
+    }
+}
+
+Outcome DetectionFaultsTest::withoutDevice(Fault fault) const
+{
+    Outcome outcome;
+    outcome.log = QStringList{"Device PID: 0"};
+    outcome.content = QStringList{"声卡未连接！"};
+    if (fault == ProbeOpen)
+        outcome.traffic = QStringList{"open !31"};
+    else
+        outcome.traffic = on(1, {"open", "getDevicePid !31", "close"});
+    return outcome;
+}
+
+Outcome DetectionFaultsTest::expected(const Model &model, Fault fault,
+                                      const PanelStart &start) const
+{
+    if (fault == ProbeOpen || fault == ProbeRead)
+        return withoutDevice(fault);
+    if (fault != EngineOpen)
+        return withDevice(model, fault, start);
+    Outcome outcome;
+    outcome.log = QStringList{QStringLiteral("Device PID: %1").arg(model.pid),
+                              "Failed to create device in rx1.",
+                              "Failed to connect to driver in settings window."};
+    outcome.traffic =
+        on(1, {"open", "getDevicePid"}) + QStringList{"open !31"} + on(2, {"open", "getDevicePid"});
+    outcome.polls = true;
+    return outcome;
+}
+
+Outcome DetectionFaultsTest::withDevice(const Model &model, Fault fault,
+                                        const PanelStart &start) const
+{
+    const QString panel = QString::fromLatin1(model.panel);
+    Outcome outcome;
+    outcome.content = QStringList{panel};
+    outcome.log = QStringList{QStringLiteral("Device PID: %1").arg(model.pid)} + firstEngineLog();
+    outcome.traffic =
+        on(1, {"open", "getDevicePid"}) + on(2, {"open"}) + on(2, firstEngineRequests());
+    int connection = 3;
+    if (fault == PanelOpen) {
+        outcome.log << QStringLiteral("Failed to create device in %1.").arg(panel);
+        outcome.traffic << QStringLiteral("open !31");
+    } else {
+        outcome.log << start.log;
+        outcome.traffic << on(connection, {"open"}) << on(connection, start.requests);
+        ++connection;
+    }
+    outcome.log << QStringLiteral("Adding %1 widget to layout.").arg(panel);
+    if (fault == FirmwareRead) {
+        outcome.log << QStringLiteral("Failed to get firmware version.");
+        outcome.traffic << on(1, {"getFirmwareVersion !31"});
+        outcome.content << QStringLiteral("获取固件版本失败，请检查连接！");
+        return outcome;
+    }
+    outcome.log << QStringLiteral("Device found with PID: %1").arg(model.pid);
+    outcome.title = QString::fromLatin1(model.title);
+    outcome.detects = false;
+    outcome.polls = true;
+    const QString failedPoll =
+        QStringLiteral("Error reading device PID from driver, error count: 1");
+    outcome.traffic << on(1, {"getFirmwareVersion"});
+    if (fault == PresenceOpen) {
+        outcome.traffic << QStringLiteral("open !31") << on(1, {"close"});
+        outcome.log << failedPoll;
+        return outcome;
+    }
+    outcome.traffic << on(connection, {"open"}) << on(1, {"close"});
+    if (fault == PresenceRead) {
+        outcome.traffic << on(connection, {"getDevicePid !31"});
+        outcome.log << failedPoll;
+    } else {
+        outcome.traffic << on(connection, {"getDevicePid"});
+    }
+    return outcome;
+}
+
+void DetectionFaultsTest::eachStepMayFail()
+{
+    QFETCH(int, model);
+    QFETCH(int, fault);
+    const FaultRow &row = faults[fault];
+    const PanelStart start = panelStarts(models[model].pid).constFirst();
+    const Outcome outcome = expected(models[model], row.fault, start);
+
+    plug(models[model].pid);
+    QVERIFY(simulator().fail(QString::fromLatin1(row.command), row.nth, ERROR_GEN_FAILURE));
+    MainWindow window;
+    window.settingsWindow = &settings();
+    const WindowView view(window);
+    view.detect();
+    if (view.pollTimer()->isActive())
+        view.poll();
+
+    QCOMPARE(takeLog(), outcome.log);
+    QCOMPARE(takeTraffic(), outcome.traffic);
+    QCOMPARE(view.content(), outcome.content);
+    QCOMPARE(window.windowTitle(), outcome.title);
+    QCOMPARE(view.detectTimer()->isActive(), outcome.detects);
+    QCOMPARE(view.pollTimer()->isActive(), outcome.polls);
+    // Each fault has struck.
+    QCOMPARE(simulator().state().faults, 0u);
+    ++m_injected;
+}
+
+void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch_data()
+{
+    QTest::addColumn<int>("model");
+    QTest::addColumn<QString>("command");
+    for (int model = 0; model < int(std::size(models)); ++model) {
+        for (const char *command :
+             {"getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize", "restartAudio",
+              "getSampleRate", "setSampleRate", "setWdmChannelCount", "setOutVolume",
+              "sendMixerBlock", "setMicVolume"})
+            QTest::addRow("%s: %s", models[model].panel, command) << model << command;
+    }
+}
+
+void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch()
+{
+    QFETCH(int, model);
+    QFETCH(QString, command);
+    plug(models[model].pid);
+    QVERIFY(simulator().fail(command, 1, ERROR_GEN_FAILURE));
+    MainWindow window;
+    window.settingsWindow = &settings();
+    const WindowView view(window);
+    view.detect();
+
+    const QStringList lines = takeLog();
+    QVERIFY(!lines.isEmpty());
+    QCOMPARE(lines.constLast(), QStringLiteral("Device found with PID: %1").arg(models[model].pid));
+    QCOMPARE(view.content(), QStringList{models[model].panel});
+    QCOMPARE(window.windowTitle(), QString::fromLatin1(models[model].title));
+    QVERIFY(!view.detectTimer()->isActive());
+    QVERIFY(view.pollTimer()->isActive());
+    QCOMPARE(simulator().state().faults, 0u);
+    ++m_injected;
+}
+
+void DetectionFaultsTest::cleanupTestCase()
+{
+    qInfo("%d faults injected", m_injected);
+}
+
+QTEST_MAIN(DetectionFaultsTest)
+#include "tst_detectionfaults.moc"

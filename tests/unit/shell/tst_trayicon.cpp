@@ -1,0 +1,352 @@
+#include "boxwatcher.h"
+#include "mainwindow.h"
+#include "shelltest.h"
+#include "trayicon.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMetaMethod>
+#include <QPointer>
+#include <QTest>
+#include <QTranslator>
+
+namespace {
+
+/// The places of the entries in the menu.
+enum Entry { Version, Quit, Setup = 3, MainWindowEntry, Upgrade, Refresh, SoundPannel };
+
+constexpr char separator[] = "---";
+
+QStringList texts(const QMenu &menu)
+{
+    QStringList texts;
+    const QList<QAction *> actions = menu.actions();
+    for (const QAction *action : actions)
+        texts << (action->isSeparator() ? QString::fromLatin1(separator) : action->text());
+    return texts;
+}
+
+/// Puts a text's context and the text itself in its place.
+class TellingTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *source, const char *, int) const override
+    {
+        return QStringLiteral("%1|%2").arg(QString::fromUtf8(context), QString::fromUtf8(source));
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+/// The icon in the notification area, its menu, and what they lead to.
+class TrayIconTest : public ShellTest
+{
+    Q_OBJECT
+
+private slots:
+    void theMenuHasItsEntriesInOrder();
+    void onlyTheVersionIsGreyedOut();
+    void theEntriesBelongToTheIconAndAreMadeInOrder();
+    void theMenuHasNoParentAndGoesWithTheIcon();
+    void allEntriesButTheVersionAreTranslated();
+    void declaresItsSlotsInOrder();
+    void showsTheProgramsIconAndIsNotVisibleByItself();
+    void keepsTheProgramRunningWithoutWindows();
+
+    void theVersionEntryDoesNothing();
+    void quitEndsTheEventLoop();
+    void setupShowsTheSettingsDialog();
+    void theMainWindowEntryShowsTheMainWindow();
+    void onlyTriggerAndDoubleClickShowTheMainWindow_data();
+    void onlyTriggerAndDoubleClickShowTheMainWindow();
+    void aNullMainWindowIsIgnored();
+    void withoutAMainWindowAWarningIsShown_data();
+    void withoutAMainWindowAWarningIsShown();
+    void otherClicksWithoutAMainWindowDoNothing_data();
+    void otherClicksWithoutAMainWindowDoNothing();
+    void withoutASettingsDialogAWarningIsShown();
+
+    void upgradeSendsOnePacketAndClosesTheDevice();
+    void upgradeSaysNothingWhenTheDeviceRefuses();
+    void upgradeWithoutADeviceOnlyLogs();
+    void upgradeOpensAConnectionEachTime();
+
+private:
+    static void trigger(const TrayIcon &tray, Entry entry)
+    {
+        tray.contextMenu()->actions().at(entry)->trigger();
+    }
+};
+
+void TrayIconTest::theMenuHasItsEntriesInOrder()
+{
+    const TrayIcon tray;
+    QCOMPARE(
+        texts(*tray.contextMenu()),
+        (QStringList{"V20250930", "Quit", separator, "Setup", "Main Window", "Upgrade Firmware",
+                     "Refresh Audio Device", "Win Sound Pannel", separator, separator}));
+}
+
+void TrayIconTest::onlyTheVersionIsGreyedOut()
+{
+    const TrayIcon tray;
+    const QList<QAction *> actions = tray.contextMenu()->actions();
+    for (qsizetype place = 0; place < actions.size(); ++place) {
+        QCOMPARE(actions.at(place)->isEnabled(), place != Version);
+        QVERIFY(actions.at(place)->isVisible());
+        QVERIFY(!actions.at(place)->isCheckable());
+    }
+}
+
+void TrayIconTest::theEntriesBelongToTheIconAndAreMadeInOrder()
+{
+    const TrayIcon tray;
+    QStringList made;
+    const auto actions = tray.findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QAction *action : actions)
+        made << action->text();
+    QCOMPARE(made,
+             (QStringList{"Main Window", "Setup", "Quit", "Upgrade Firmware", "Win Sound Pannel",
+                          "Refresh Audio Device", "V20250930"}));
+}
+
+void TrayIconTest::theMenuHasNoParentAndGoesWithTheIcon()
+{
+    QPointer<QMenu> menu;
+    {
+        const TrayIcon tray;
+        menu = tray.contextMenu();
+        QVERIFY(menu);
+        QVERIFY(!menu->parent());
+    }
+    QVERIFY(!menu);
+}
+
+void TrayIconTest::allEntriesButTheVersionAreTranslated()
+{
+    TellingTranslator translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    const TrayIcon tray;
+    QCOMPARE(texts(*tray.contextMenu()),
+             (QStringList{"V20250930", "TrayIcon|Quit", separator, "TrayIcon|Setup",
+                          "TrayIcon|Main Window", "TrayIcon|Upgrade Firmware",
+                          "TrayIcon|Refresh Audio Device", "TrayIcon|Win Sound Pannel", separator,
+                          separator}));
+}
+
+void TrayIconTest::declaresItsSlotsInOrder()
+{
+    const QMetaObject &meta = TrayIcon::staticMetaObject;
+    QByteArrayList slotNames;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
+        slotNames << meta.method(i).methodSignature();
+    }
+    QCOMPARE(slotNames,
+             (QByteArrayList{"showSettings()", "clickCallback(QSystemTrayIcon::ActivationReason)",
+                             "openSoundPannel()", "refreshDeviceList()"}));
+}
+
+void TrayIconTest::showsTheProgramsIconAndIsNotVisibleByItself()
+{
+    const TrayIcon tray;
+    const QPixmap icon(QStringLiteral(":/icon/icon.png"));
+    QVERIFY(!icon.isNull());
+    QCOMPARE(tray.icon().pixmap(icon.size()).toImage(), icon.toImage());
+    QVERIFY(!tray.isVisible());
+    QVERIFY(!tray.settingsWindow);
+}
+
+void TrayIconTest::keepsTheProgramRunningWithoutWindows()
+{
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    const TrayIcon tray;
+    QVERIFY(!QGuiApplication::quitOnLastWindowClosed());
+}
+
+void TrayIconTest::theVersionEntryDoesNothing()
+{
+    plug(VESMORA_PID_RX1);
+    MainWindow window;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.settingsWindow = &settings();
+    trigger(tray, Version);
+    QVERIFY(!window.isVisible());
+    QVERIFY(!settings().isVisible());
+    QCOMPARE(takeTraffic(), QStringList());
+    QCOMPARE(takeLog(), QStringList());
+}
+
+void TrayIconTest::quitEndsTheEventLoop()
+{
+    const TrayIcon tray;
+    QTimer::singleShot(0, &tray, [&tray] { trigger(tray, Quit); });
+    QTimer::singleShot(patience, &tray, [] { QCoreApplication::exit(42); });
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void TrayIconTest::setupShowsTheSettingsDialog()
+{
+    MainWindow window;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.settingsWindow = &settings();
+    trigger(tray, Setup);
+    QVERIFY(settings().isVisible());
+    QVERIFY(!window.isVisible());
+    QVERIFY(QTest::qWaitForWindowActive(&settings()));
+    QCOMPARE(takeLog(), QStringList());
+}
+
+void TrayIconTest::theMainWindowEntryShowsTheMainWindow()
+{
+    MainWindow window;
+    window.settingsWindow = &settings();
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.settingsWindow = &settings();
+    trigger(tray, MainWindowEntry);
+    QVERIFY(window.isVisible());
+    QVERIFY(!settings().isVisible());
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+}
+
+void TrayIconTest::onlyTriggerAndDoubleClickShowTheMainWindow_data()
+{
+    QTest::addColumn<QSystemTrayIcon::ActivationReason>("reason");
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("unknown") << QSystemTrayIcon::Unknown << false;
+    QTest::newRow("right click") << QSystemTrayIcon::Context << false;
+    QTest::newRow("double click") << QSystemTrayIcon::DoubleClick << true;
+    QTest::newRow("single click") << QSystemTrayIcon::Trigger << true;
+    QTest::newRow("middle click") << QSystemTrayIcon::MiddleClick << false;
+}
+
+void TrayIconTest::onlyTriggerAndDoubleClickShowTheMainWindow()
+{
+    QFETCH(QSystemTrayIcon::ActivationReason, reason);
+    QFETCH(bool, shown);
+    MainWindow window;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.settingsWindow = &settings();
+    emit tray.activated(reason);
+    QCOMPARE(window.isVisible(), shown);
+    QVERIFY(!settings().isVisible());
+    QCOMPARE(takeLog(), QStringList());
+}
+
+void TrayIconTest::aNullMainWindowIsIgnored()
+{
+    MainWindow window;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.setMainWindow(nullptr);
+    emit tray.activated(QSystemTrayIcon::Trigger);
+    QVERIFY(window.isVisible());
+}
+
+void TrayIconTest::withoutAMainWindowAWarningIsShown_data()
+{
+    QTest::addColumn<QSystemTrayIcon::ActivationReason>("reason");
+    QTest::newRow("from the menu") << QSystemTrayIcon::Unknown;
+    QTest::newRow("by a click") << QSystemTrayIcon::Trigger;
+    QTest::newRow("by a double click") << QSystemTrayIcon::DoubleClick;
+}
+
+void TrayIconTest::withoutAMainWindowAWarningIsShown()
+{
+    QFETCH(QSystemTrayIcon::ActivationReason, reason);
+    TrayIcon tray;
+    tray.settingsWindow = &settings();
+    const BoxWatcher watcher;
+    if (reason == QSystemTrayIcon::Unknown)
+        trigger(tray, MainWindowEntry);
+    else
+        emit tray.activated(reason);
+    verifyOneWarning(watcher, QStringLiteral("警告"),
+                     QStringLiteral("主窗口未设置，请先设置主窗口。"));
+}
+
+void TrayIconTest::otherClicksWithoutAMainWindowDoNothing_data()
+{
+    QTest::addColumn<QSystemTrayIcon::ActivationReason>("reason");
+    QTest::newRow("unknown") << QSystemTrayIcon::Unknown;
+    QTest::newRow("right click") << QSystemTrayIcon::Context;
+    QTest::newRow("middle click") << QSystemTrayIcon::MiddleClick;
+}
+
+void TrayIconTest::otherClicksWithoutAMainWindowDoNothing()
+{
+    QFETCH(QSystemTrayIcon::ActivationReason, reason);
+    TrayIcon tray;
+    const BoxWatcher watcher;
+    emit tray.activated(reason);
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TrayIconTest::withoutASettingsDialogAWarningIsShown()
+{
+    MainWindow window;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    const BoxWatcher watcher;
+    trigger(tray, Setup);
+    verifyOneWarning(watcher, QStringLiteral("警告"),
+                     QStringLiteral("设置窗口未设置，请先设置设置窗口。"));
+    QVERIFY(!window.isVisible());
+}
+
+void TrayIconTest::upgradeSendsOnePacketAndClosesTheDevice()
+{
+    plug(VESMORA_PID_RX2);
+    const TrayIcon tray;
+    const BoxWatcher watcher;
+    trigger(tray, Upgrade);
+    const QList<Record> record = simulator().record();
+    QCOMPARE(takeTraffic(), on(1, {"open", "upgradeFirmware", "close"}));
+    QCOMPARE(takeLog(), QStringList());
+    QVERIFY(watcher.boxes().isEmpty());
+
+    QVERIFY(record.size() >= 2);
+    QCOMPARE(record.at(1).bytes, QByteArray("\x01\x60") + QByteArray(35, '\0'));
+}
+
+void TrayIconTest::upgradeSaysNothingWhenTheDeviceRefuses()
+{
+    plug(VESMORA_PID_RX1);
+    QVERIFY(simulator().fail(QStringLiteral("upgradeFirmware"), 1, ERROR_GEN_FAILURE));
+    const TrayIcon tray;
+    const BoxWatcher watcher;
+    trigger(tray, Upgrade);
+    QCOMPARE(takeTraffic(), on(1, {"open", "upgradeFirmware !31", "close"}));
+    QCOMPARE(takeLog(), QStringList());
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TrayIconTest::upgradeWithoutADeviceOnlyLogs()
+{
+    const TrayIcon tray;
+    const BoxWatcher watcher;
+    trigger(tray, Upgrade);
+    QCOMPARE(takeTraffic(), QStringList());
+    QCOMPARE(takeLog(), QStringList{"Failed to create device in rx1."});
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TrayIconTest::upgradeOpensAConnectionEachTime()
+{
+    plug(VESMORA_PID_RM);
+    const TrayIcon tray;
+    trigger(tray, Upgrade);
+    trigger(tray, Upgrade);
+    QCOMPARE(takeTraffic(),
+             on(1, {"open", "upgradeFirmware", "close"})
+                 + on(2, {"open", "upgradeFirmware", "close"}));
+}
+
+QTEST_MAIN(TrayIconTest)
+#include "tst_trayicon.moc"

@@ -1,0 +1,171 @@
+#include "boxwatcher.h"
+#include "logcapture.h"
+#include "platformremarks.h"
+#include "trayicon.h"
+
+#include <QAction>
+#include <QDir>
+#include <QMenu>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+enum Entry { Refresh = 6, SoundPannel = 7 };
+
+const QString restarted = QStringLiteral("资源管理器已成功重启");
+const QString timedOut = QStringLiteral("重启资源管理器超时");
+
+constexpr int patience = 30000; // milliseconds
+
+} // namespace
+
+/// The entries that start programs of Windows, with shell scripts in their place.
+class WindowsProgramsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { m_path = qgetenv("PATH"); }
+    void init();
+    void cleanup();
+
+    void theSoundPannelOpensWithItsOneParameter();
+    void withoutASoundPannelAWarningIsShown();
+    void aSoundPannelThatCannotBeRunShowsTheWarning();
+    void refreshRunsOneCommandLine();
+    void aFailingRefreshLogsCodeAndBothOutputs();
+    void aSilentlyFailingRefreshLogsEmptyOutputs();
+    void aHangingRefreshIsGivenUpAndStillLogsSuccess();
+    void refreshWithoutAShellLogsTheErrorAndSuccess();
+
+private:
+    /// Puts a shell script of that name on the path. "$arguments" in it is the file to which it
+    /// may write what it was called with.
+    void addProgram(const QString &name, const QByteArray &script);
+    QString argumentsFile() const { return m_folder->filePath(QStringLiteral("arguments")); }
+    QByteArray arguments() const;
+    /// What the log says when that entry is chosen.
+    QStringList logOf(Entry entry) const;
+
+    QByteArray m_path;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void WindowsProgramsTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    // Nothing else is on the path, so that nothing else is found.
+    qputenv("PATH", QFile::encodeName(m_folder->path()));
+}
+
+void WindowsProgramsTest::cleanup()
+{
+    qputenv("PATH", m_path);
+    m_folder.reset();
+}
+
+void WindowsProgramsTest::addProgram(const QString &name, const QByteArray &script)
+{
+    QFile file(m_folder->filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\nPATH='" + m_path + "'\narguments='" + QFile::encodeName(argumentsFile())
+               + "'\n" + script + '\n');
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+QByteArray WindowsProgramsTest::arguments() const
+{
+    QFile file(argumentsFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList WindowsProgramsTest::logOf(Entry entry) const
+{
+    const TrayIcon tray;
+    LogCapture log;
+    tray.contextMenu()->actions().at(entry)->trigger();
+    return withoutPlatformRemarks(log.lines());
+}
+
+void WindowsProgramsTest::theSoundPannelOpensWithItsOneParameter()
+{
+    addProgram(QStringLiteral("control.exe"),
+               "printf '%s|' \"$@\" >\"$arguments.new\"; mv \"$arguments.new\" \"$arguments\"");
+    const BoxWatcher watcher;
+    QCOMPARE(logOf(SoundPannel), QStringList{"声音设置面板已打开。"});
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(argumentsFile()), patience);
+    QCOMPARE(arguments(), QByteArray("mmsys.cpl|"));
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void WindowsProgramsTest::withoutASoundPannelAWarningIsShown()
+{
+    const BoxWatcher watcher;
+    QCOMPARE(logOf(SoundPannel), QStringList());
+    verifyOneWarning(watcher, QStringLiteral("错误"),
+                     QStringLiteral("无法打开声音设置面板，请检查系统设置。"));
+}
+
+void WindowsProgramsTest::aSoundPannelThatCannotBeRunShowsTheWarning()
+{
+    addProgram(QStringLiteral("control.exe"), "exit 0");
+    QVERIFY(
+        QFile::setPermissions(m_folder->filePath(QStringLiteral("control.exe")), QFile::ReadOwner));
+    const BoxWatcher watcher;
+    QCOMPARE(logOf(SoundPannel), QStringList());
+    verifyOneWarning(watcher, QStringLiteral("错误"),
+                     QStringLiteral("无法打开声音设置面板，请检查系统设置。"));
+}
+
+void WindowsProgramsTest::refreshRunsOneCommandLine()
+{
+    addProgram(QStringLiteral("cmd.exe"),
+               "printf '%s|' \"$@\" >\"$arguments\"; echo unheard; echo unheard >&2");
+    QCOMPARE(logOf(Refresh), QStringList{restarted});
+    QCOMPARE(arguments(), QByteArray("/c|taskkill /f /im explorer.exe && start explorer.exe|"));
+}
+
+void WindowsProgramsTest::aFailingRefreshLogsCodeAndBothOutputs()
+{
+    addProgram(QStringLiteral("cmd.exe"), "echo killed; echo 'not \"found\"' >&2; exit 3");
+    const QStringList expected{"命令执行失败，退出代码: 3", R"(输出: "killed\n")",
+                               R"(错误输出: "not \"found\"\n")", restarted};
+    QCOMPARE(logOf(Refresh), expected);
+}
+
+void WindowsProgramsTest::aSilentlyFailingRefreshLogsEmptyOutputs()
+{
+    addProgram(QStringLiteral("cmd.exe"), "exit 255");
+    const QStringList expected{"命令执行失败，退出代码: 255", R"(输出: "")", R"(错误输出: "")",
+                               restarted};
+    QCOMPARE(logOf(Refresh), expected);
+}
+
+void WindowsProgramsTest::aHangingRefreshIsGivenUpAndStillLogsSuccess()
+{
+    addProgram(QStringLiteral("cmd.exe"), "exec tail -f /dev/null");
+    // The last line is the framework's: the command is not left running.
+    const QStringList expected{
+        timedOut, R"(错误信息: "Process operation timed out")", restarted,
+        R"(QProcess: Destroyed while process ("cmd.exe") is still running.)"};
+    QCOMPARE(logOf(Refresh), expected);
+}
+
+void WindowsProgramsTest::refreshWithoutAShellLogsTheErrorAndSuccess()
+{
+    QProcess missing;
+    missing.start(QStringLiteral("cmd.exe"), QStringList());
+    QVERIFY(!missing.waitForStarted());
+    const QString error = QStringLiteral("错误信息: \"%1\"").arg(missing.errorString());
+
+    // The framework gives a process that did not start an exit code of its own.
+    const QString code = QStringLiteral("命令执行失败，退出代码: %1").arg(missing.exitCode());
+    const QStringList expected{timedOut, error, code, R"(输出: "")", R"(错误输出: "")", restarted};
+    QCOMPARE(logOf(Refresh), expected);
+}
+
+QTEST_MAIN(WindowsProgramsTest)
+#include "tst_windowsprograms.moc"

@@ -1,0 +1,668 @@
+#include "commands.h"
+#include "modelfixture.h"
+
+#include <QTest>
+
+#include <cstring>
+
+class ModelTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothingIsPluggedInAtFirst();
+    void opensOnlyTheBusItIsPluggedInto();
+    void plugRefusesWhatIsNoDevice();
+    void plugRefusesASecondDevice();
+    void pluggingInKeepsSettingsAndEmptiesTheMixer();
+
+    void everyCommandSucceedsWithItsExactLengths();
+    void everyCommandRefusesAnotherInputLength();
+    void everyCommandRefusesAShorterOutput();
+    void aLongerOutputIsFilledOnlyAsFarAsTheReplyGoes();
+    void unknownCodesAreRefused();
+
+    void settersAreReadBackByGetters();
+    void engineCommandsSwitchTheEngine();
+    void slowModeIsSwitched();
+    void identifierAnswerCanBeChangedWithoutUnplugging();
+    void metersAreAnsweredAsSet();
+    void metersOutOfRangeChangeNothing();
+    void firmwareIsAnsweredWithZerosBehindIt();
+    void mixerBlockIsKept();
+    void aFailedMixerBlockIsNotTaken();
+
+    void packetsAreKeptByOpcode();
+    void otgFollowsItsPackets();
+    void badPacketsAreRefused_data();
+    void badPacketsAreRefused();
+
+    void afterUnpluggingEveryCommandFailsAndIsRecorded();
+    void aHandleFromBeforeAReplugKeepsFailing();
+    void handlesAreCounted();
+    void resetLeavesASaneDevice();
+
+    void theNthRequestFails();
+    void severalRequestsFailInARow();
+    void failuresForEverEndWhenTheyAreCleared();
+    void aFaultOfOneOpcodeSparesTheOthers();
+    void ofTwoFaultsTheEarlierDecidesAndBothAreUsedUp();
+    void aFailingOpenGivesNoHandle();
+    void faultsThatMakeNoSenseAreRefused();
+    void noMoreFaultsThanThereIsRoomFor();
+    void anUnpluggedDeviceCountsNoRequests();
+    void delaysAreReportedPerCodeAndOpcode();
+    void delaysThatMakeNoSenseAreRefused();
+
+    void controlChecksItsLengths();
+    void unknownControlCodesAreRefused();
+    void everyNamedFailureMapsThereAndBack();
+    void unnamedFailuresMapThereAndBack();
+
+private:
+    static VesmoraSimState stateOf(ModelFixture &fixture);
+    static QByteArray inputOf(const SimCommand &command);
+};
+
+VesmoraSimState ModelTest::stateOf(ModelFixture &fixture)
+{
+    if (fixture.control(VESMORA_SIM_READ_STATE, {}, sizeof(VesmoraSimState)) != SIM_SUCCESS)
+        qFatal("There is no state");
+    return fixture.outputAs<VesmoraSimState>();
+}
+
+/// An input that the device accepts.
+QByteArray ModelTest::inputOf(const SimCommand &command)
+{
+    if (command.action == SIM_TAKE_PACKET)
+        return ModelFixture::packet(VESMORA_OPCODE_OTG_ON);
+    if (command.action == SIM_ANSWER_VENDOR)
+        return ModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+    return QByteArray(static_cast<qsizetype>(command.inputLength), '\0');
+}
+
+void ModelTest::nothingIsPluggedInAtFirst()
+{
+    ModelFixture fixture;
+    SimHandle handle{};
+    QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &handle), SIM_NO_SUCH_FILE);
+    QCOMPARE(model_unplug(fixture.model(), 0), SIM_DEVICE_NOT_CONNECTED);
+    QCOMPARE(stateOf(fixture).plugged, 0u);
+    QCOMPARE(stateOf(fixture).entries, 0u);
+}
+
+void ModelTest::opensOnlyTheBusItIsPluggedInto()
+{
+    ModelFixture fixture;
+    QCOMPARE(fixture.plug(VESMORA_PID_RX2, 15), SIM_SUCCESS);
+    SimHandle handle{};
+    QCOMPARE(model_open(fixture.model(), 14, 0, 0, 0, &handle), SIM_NO_SUCH_FILE);
+    QCOMPARE(model_open(fixture.model(), 15, 0, 0, 0, &handle), SIM_SUCCESS);
+    QCOMPARE(handle.bus, 15u);
+}
+
+void ModelTest::plugRefusesWhatIsNoDevice()
+{
+    ModelFixture fixture;
+    QCOMPARE(fixture.plug(0), SIM_INVALID_PARAMETER);
+    QCOMPARE(fixture.plug(VESMORA_PID_RX1, 16), SIM_INVALID_PARAMETER);
+    QCOMPARE(stateOf(fixture).plugged, 0u);
+}
+
+void ModelTest::plugRefusesASecondDevice()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    QCOMPARE(fixture.plug(VESMORA_PID_RM, 1), SIM_ALREADY_EXISTS);
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_IDENTIFIER], VESMORA_PID_RX1);
+}
+
+void ModelTest::pluggingInKeepsSettingsAndEmptiesTheMixer()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.request(handle, VESMORA_SET_BUFFER_SIZE, ModelFixture::bytes(64u));
+    fixture.request(handle, VESMORA_STOP_AUDIO);
+    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
+    model_unplug(fixture.model(), 0);
+    fixture.plug(VESMORA_PID_RM);
+    const VesmoraSimState state = stateOf(fixture);
+    QCOMPARE(state.values[VESMORA_SIM_BUFFER_SIZE], 64u);
+    QCOMPARE(state.values[VESMORA_SIM_ENGINE], 1u);
+    QCOMPARE(state.values[VESMORA_SIM_OTG], 1u);
+    for (const CommandPacket &packet : state.packets)
+        QCOMPARE(packet.kind, std::uint8_t(0));
+    QCOMPARE(fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock)), SIM_SUCCESS);
+    QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
+}
+
+void ModelTest::everyCommandSucceedsWithItsExactLengths()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
+        const SimCommand &command = sim_commands[i];
+        QCOMPARE(fixture.request(handle, command.code, inputOf(command), command.outputLength),
+                 SIM_SUCCESS);
+        QCOMPARE(fixture.output.size(), qsizetype(command.outputLength));
+    }
+}
+
+void ModelTest::everyCommandRefusesAnotherInputLength()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
+        const SimCommand &command = sim_commands[i];
+        const QByteArray input = inputOf(command);
+        QCOMPARE(fixture.request(handle, command.code, input + '\0', command.outputLength),
+                 SIM_INFO_LENGTH_MISMATCH);
+        QCOMPARE(fixture.output, QByteArray());
+        if (!input.isEmpty())
+            QCOMPARE(fixture.request(handle, command.code, input.chopped(1), command.outputLength),
+                     SIM_INFO_LENGTH_MISMATCH);
+    }
+}
+
+void ModelTest::everyCommandRefusesAShorterOutput()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    int tried = 0;
+    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
+        const SimCommand &command = sim_commands[i];
+        if (command.outputLength == 0)
+            continue;
+        QCOMPARE(fixture.request(handle, command.code, inputOf(command), command.outputLength - 1),
+                 SIM_BUFFER_TOO_SMALL);
+        ++tried;
+    }
+    QCOMPARE(tried, 6);
+}
+
+void ModelTest::aLongerOutputIsFilledOnlyAsFarAsTheReplyGoes()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX2);
+    const SimHandle handle = fixture.open();
+    QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 100), SIM_SUCCESS);
+    QCOMPARE(fixture.outputAs<std::uint32_t>(), VESMORA_PID_RX2);
+}
+
+void ModelTest::unknownCodesAreRefused()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    for (const std::uint32_t code : {0u, VESMORA_CONTROL_CODE(0x809u), VESMORA_CONTROL_CODE(0x823u),
+                                     VESMORA_GET_SAMPLE_RATE | 3u, VESMORA_SIM_UNPLUG}) {
+        QCOMPARE(fixture.request(handle, code), SIM_INVALID_DEVICE_REQUEST);
+    }
+    QCOMPARE(stateOf(fixture).plugged, 1u);
+}
+
+void ModelTest::settersAreReadBackByGetters()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    const std::pair<std::uint32_t, std::uint32_t> pairs[] = {
+        {VESMORA_SET_SAMPLE_RATE, VESMORA_GET_SAMPLE_RATE},
+        {VESMORA_SET_BUFFER_SIZE, VESMORA_GET_BUFFER_SIZE},
+        {VESMORA_SET_USB_LATENCY, VESMORA_GET_USB_LATENCY}};
+    for (const auto &[set, get] : pairs) {
+        QCOMPARE(fixture.request(handle, set, ModelFixture::bytes(0xFEDCBA98u)), SIM_SUCCESS);
+        QCOMPARE(fixture.request(handle, get, {}, 4), SIM_SUCCESS);
+        QCOMPARE(fixture.outputAs<std::uint32_t>(), 0xFEDCBA98u);
+    }
+    fixture.request(handle, VESMORA_SET_WDM_CHANNEL_COUNT, ModelFixture::bytes(4u));
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_WDM_CHANNELS], 4u);
+}
+
+void ModelTest::engineCommandsSwitchTheEngine()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    for (const std::uint32_t start : {VESMORA_INIT_AUDIO, VESMORA_RESTART_AUDIO}) {
+        fixture.request(handle, VESMORA_STOP_AUDIO);
+        QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 0u);
+        fixture.request(handle, start);
+        QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 1u);
+    }
+}
+
+void ModelTest::slowModeIsSwitched()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.request(handle, VESMORA_ENABLE_USB_SLOW_MODE);
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_SLOW_MODE], 1u);
+    fixture.request(handle, VESMORA_DISABLE_USB_SLOW_MODE);
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_SLOW_MODE], 0u);
+}
+
+void ModelTest::identifierAnswerCanBeChangedWithoutUnplugging()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_VALUE, VesmoraSimSetting{VESMORA_SIM_IDENTIFIER, 0}),
+             SIM_SUCCESS);
+    QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 4), SIM_SUCCESS);
+    QCOMPARE(fixture.outputAs<std::uint32_t>(), 0u);
+}
+
+void ModelTest::metersAreAnsweredAsSet()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const VesmoraSimMeter meters[] = {{0, INT32_MIN}, {191, INT32_MAX}, {2, -2}};
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, ModelFixture::bytes(meters)), SIM_SUCCESS);
+    QCOMPARE(fixture.request(fixture.open(), VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord)),
+             SIM_SUCCESS);
+    const auto record = fixture.outputAs<MeterRecord>();
+    QCOMPARE(record.levels[0], INT32_MIN);
+    QCOMPARE(record.levels[1], 0);
+    QCOMPARE(record.levels[2], -2);
+    QCOMPARE(record.levels[191], INT32_MAX);
+}
+
+void ModelTest::metersOutOfRangeChangeNothing()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const VesmoraSimMeter meters[] = {{0, 1}, {192, 1}};
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, ModelFixture::bytes(meters)),
+             SIM_INVALID_PARAMETER);
+    fixture.request(fixture.open(), VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord));
+    QCOMPARE(fixture.outputAs<MeterRecord>().levels[0], 0);
+}
+
+void ModelTest::firmwareIsAnsweredWithZerosBehindIt()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    const QByteArray request = ModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+    fixture.request(handle, VESMORA_VENDOR_REQUEST, request, 32);
+    QCOMPARE(fixture.output, QByteArray("2025093001") + QByteArray(22, '\0'));
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ")), SIM_SUCCESS);
+    fixture.request(handle, VESMORA_VENDOR_REQUEST, request, 32);
+    QCOMPARE(fixture.output, QByteArray("ABCDEFGHIJ") + QByteArray(22, '\0'));
+}
+
+void ModelTest::mixerBlockIsKept()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    MixerBlock block{};
+    block.matrix[64][3] = 0.1;
+    block.outputGains[95] = -1e300;
+    fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, ModelFixture::bytes(block));
+    fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof block);
+    QCOMPARE(fixture.output, ModelFixture::bytes(block));
+}
+
+void ModelTest::aFailedMixerBlockIsNotTaken()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    fixture.fail(VESMORA_SEND_MIXER_BLOCK, 1);
+    const QByteArray block(sizeof(MixerBlock), '\1');
+    QCOMPARE(fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, block), SIM_UNSUCCESSFUL);
+    fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock));
+    QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
+}
+
+void ModelTest::packetsAreKeptByOpcode()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    const QByteArray volume = ModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, -10);
+    fixture.request(handle, VESMORA_SEND_PACKET,
+                    ModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, 7));
+    fixture.request(handle, VESMORA_SEND_PACKET, volume);
+    fixture.request(handle, VESMORA_SEND_PACKET,
+                    ModelFixture::packet(VESMORA_OPCODE_MIC_48V, 1, 2));
+    const VesmoraSimState state = stateOf(fixture);
+    int kept = 0;
+    for (const CommandPacket &packet : state.packets) {
+        kept += packet.kind == VESMORA_PACKET_KIND;
+        if (packet.opcode == VESMORA_OPCODE_MIC_VOLUME)
+            QCOMPARE(ModelFixture::bytes(packet), volume);
+    }
+    QCOMPARE(kept, 2);
+}
+
+void ModelTest::otgFollowsItsPackets()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 0u);
+    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_ON));
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 1u);
+}
+
+void ModelTest::badPacketsAreRefused_data()
+{
+    QTest::addColumn<std::uint32_t>("code");
+    QTest::addColumn<QByteArray>("packet");
+    QTest::addColumn<std::uint32_t>("status");
+    const auto send = VESMORA_SEND_PACKET;
+    const auto vendor = VESMORA_VENDOR_REQUEST;
+    const auto packet = ModelFixture::packet;
+    const auto with = [](QByteArray bytes, qsizetype index, char value) {
+        bytes[index] = value;
+        return bytes;
+    };
+    const QByteArray otg = packet(VESMORA_OPCODE_OTG_ON, 0, 0, 0);
+    const auto unknown = SIM_INVALID_DEVICE_REQUEST;
+    const auto wrong = SIM_INVALID_PARAMETER;
+    QTest::newRow("kind") << send << with(otg, 0, 2) << unknown;
+    QTest::newRow("opcode") << send << packet(0x77, 0, 0, 0) << unknown;
+    QTest::newRow("version sent") << send << packet(0x65, 0, 0, 0) << unknown;
+    QTest::newRow("switch asked") << vendor << packet(0x5B, 1, 1, 0) << unknown;
+    QTest::newRow("reserved") << send << with(otg, 2, 1) << wrong;
+    QTest::newRow("first padding") << send << with(otg, 7, 1) << wrong;
+    QTest::newRow("last padding") << send << with(otg, 36, 1) << wrong;
+    QTest::newRow("state 2") << send << packet(0x5B, 2, 1, 0) << wrong;
+    QTest::newRow("state with value") << send << packet(0x5A, 1, 1, 1) << wrong;
+    QTest::newRow("volume length") << send << packet(0x03, 1, 1, 100) << wrong;
+    QTest::newRow("plain with channel") << send << packet(0x5F, 0, 1, 0) << wrong;
+    QTest::newRow("plain with state") << send << packet(0x60, 1, 0, 0) << wrong;
+}
+
+void ModelTest::badPacketsAreRefused()
+{
+    QFETCH(std::uint32_t, code);
+    QFETCH(QByteArray, packet);
+    QFETCH(std::uint32_t, status);
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    QCOMPARE(fixture.request(fixture.open(), code, packet, 32), status);
+    const VesmoraSimState state = stateOf(fixture);
+    QCOMPARE(state.values[VESMORA_SIM_OTG], 1u);
+    for (const CommandPacket &kept : state.packets)
+        QCOMPARE(kept.kind, std::uint8_t(0));
+}
+
+void ModelTest::afterUnpluggingEveryCommandFailsAndIsRecorded()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    QCOMPARE(model_unplug(fixture.model(), 0), SIM_SUCCESS);
+    fixture.control(VESMORA_SIM_CLEAR_RECORD);
+    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
+        const SimCommand &command = sim_commands[i];
+        QCOMPARE(fixture.request(handle, command.code, inputOf(command), command.outputLength),
+                 SIM_DEVICE_NOT_CONNECTED);
+    }
+    QCOMPARE(stateOf(fixture).entries, sim_command_count);
+    SimHandle second{};
+    QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &second), SIM_NO_SUCH_FILE);
+}
+
+void ModelTest::aHandleFromBeforeAReplugKeepsFailing()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle before = fixture.open();
+    model_unplug(fixture.model(), 0);
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle after = fixture.open();
+    QCOMPARE(fixture.request(before, VESMORA_STOP_AUDIO), SIM_DEVICE_NOT_CONNECTED);
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 1u);
+    QCOMPARE(fixture.request(after, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+}
+
+void ModelTest::handlesAreCounted()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle first = fixture.open();
+    const SimHandle second = fixture.open();
+    QCOMPARE(first.id, 1u);
+    QCOMPARE(second.id, 2u);
+    QCOMPARE(stateOf(fixture).openHandles, 2u);
+    model_unplug(fixture.model(), 0);
+    QCOMPARE(stateOf(fixture).openHandles, 2u);
+    model_close(fixture.model(), &first, 0);
+    model_close(fixture.model(), &second, 0);
+    QCOMPARE(stateOf(fixture).openHandles, 0u);
+}
+
+void ModelTest::resetLeavesASaneDevice()
+{
+    ModelFixture fixture;
+    ModelFixture untouched;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.request(handle, VESMORA_SET_SAMPLE_RATE, ModelFixture::bytes(96000u));
+    fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
+    fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ"));
+    fixture.control(VESMORA_SIM_SET_METERS, VesmoraSimMeter{3, 3});
+    fixture.control(VESMORA_SIM_SET_DELAY,
+                    VesmoraSimDelay{VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 10});
+    fixture.fail(VESMORA_STOP_AUDIO, 1);
+    model_close(fixture.model(), &handle, 0);
+    QCOMPARE(fixture.control(VESMORA_SIM_RESET), SIM_SUCCESS);
+    QCOMPARE(ModelFixture::bytes(stateOf(fixture)), ModelFixture::bytes(stateOf(untouched)));
+    QCOMPARE(std::memcmp(fixture.model()->meters, untouched.model()->meters,
+                         sizeof untouched.model()->meters),
+             0);
+    fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock));
+    QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
+}
+
+void ModelTest::theNthRequestFails()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 3, 1, SIM_ACCESS_DENIED), SIM_SUCCESS);
+    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    fixture.request(handle, VESMORA_INIT_AUDIO);
+    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_ACCESS_DENIED);
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 1u);
+    QCOMPARE(stateOf(fixture).faults, 0u);
+    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+}
+
+void ModelTest::severalRequestsFailInARow()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.fail(VESMORA_GET_DEVICE_PID, 2, 3);
+    for (const auto expected :
+         {SIM_SUCCESS, SIM_UNSUCCESSFUL, SIM_UNSUCCESSFUL, SIM_UNSUCCESSFUL, SIM_SUCCESS}) {
+        QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 4), expected);
+        QCOMPARE(fixture.output.size(), expected == SIM_SUCCESS ? 4 : 0);
+    }
+}
+
+void ModelTest::failuresForEverEndWhenTheyAreCleared()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.fail(VESMORA_INIT_AUDIO, 1, VESMORA_SIM_FOR_EVER);
+    for (int i = 0; i < 100; ++i)
+        QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_UNSUCCESSFUL);
+    QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_FAULTS), SIM_SUCCESS);
+    QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_SUCCESS);
+}
+
+void ModelTest::aFaultOfOneOpcodeSparesTheOthers()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.fail(VESMORA_SEND_PACKET, 1, 1, SIM_UNSUCCESSFUL, VESMORA_OPCODE_OTG_ON);
+    QCOMPARE(
+        fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF)),
+        SIM_SUCCESS);
+    QCOMPARE(
+        fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_ON)),
+        SIM_UNSUCCESSFUL);
+    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 0u);
+}
+
+void ModelTest::ofTwoFaultsTheEarlierDecidesAndBothAreUsedUp()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_ACCESS_DENIED);
+    fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_UNSUCCESSFUL);
+    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_ACCESS_DENIED);
+    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+}
+
+void ModelTest::aFailingOpenGivesNoHandle()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    fixture.fail(VESMORA_SIM_OPEN_CODE, 2, 1, SIM_ACCESS_DENIED);
+    fixture.open();
+    SimHandle handle{};
+    QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &handle), SIM_ACCESS_DENIED);
+    QCOMPARE(handle.id, 0u);
+    QCOMPARE(stateOf(fixture).openHandles, 1u);
+    QCOMPARE(fixture.open().id, 2u);
+}
+
+void ModelTest::faultsThatMakeNoSenseAreRefused()
+{
+    ModelFixture fixture;
+    QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 0), SIM_INVALID_PARAMETER);
+    QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_SUCCESS), SIM_INVALID_PARAMETER);
+    QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1, 1, 0x40000000u), SIM_INVALID_PARAMETER);
+    QCOMPARE(stateOf(fixture).faults, 0u);
+}
+
+void ModelTest::noMoreFaultsThanThereIsRoomFor()
+{
+    ModelFixture fixture;
+    for (std::uint32_t i = 0; i < SIM_FAULT_COUNT; ++i)
+        QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, i + 1), SIM_SUCCESS);
+    QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1), SIM_INSUFFICIENT_RESOURCES);
+}
+
+void ModelTest::anUnpluggedDeviceCountsNoRequests()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle before = fixture.open();
+    fixture.fail(VESMORA_STOP_AUDIO, 1);
+    model_unplug(fixture.model(), 0);
+    QCOMPARE(fixture.request(before, VESMORA_STOP_AUDIO), SIM_DEVICE_NOT_CONNECTED);
+    fixture.plug(VESMORA_PID_RX1);
+    QCOMPARE(fixture.request(fixture.open(), VESMORA_STOP_AUDIO), SIM_UNSUCCESSFUL);
+}
+
+void ModelTest::delaysAreReportedPerCodeAndOpcode()
+{
+    ModelFixture fixture;
+    fixture.plug(VESMORA_PID_RX1);
+    const SimHandle handle = fixture.open();
+    const auto setDelay = [&](std::uint32_t code, std::uint32_t opcode, std::uint32_t time) {
+        return fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{code, opcode, time});
+    };
+    QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 100), SIM_SUCCESS);
+    QCOMPARE(setDelay(VESMORA_SEND_PACKET, VESMORA_OPCODE_OTG_ON, 250), SIM_SUCCESS);
+    fixture.request(handle, VESMORA_STOP_AUDIO);
+    QCOMPARE(fixture.delay, 100u);
+    fixture.request(handle, VESMORA_INIT_AUDIO);
+    QCOMPARE(fixture.delay, 0u);
+    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_ON));
+    QCOMPARE(fixture.delay, 250u);
+    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    QCOMPARE(fixture.delay, 0u);
+
+    QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 0), SIM_SUCCESS);
+    fixture.request(handle, VESMORA_STOP_AUDIO);
+    QCOMPARE(fixture.delay, 0u);
+    QCOMPARE(stateOf(fixture).delays, 1u);
+    QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_FAULTS), SIM_SUCCESS);
+    QCOMPARE(stateOf(fixture).delays, 0u);
+}
+
+void ModelTest::delaysThatMakeNoSenseAreRefused()
+{
+    ModelFixture fixture;
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_DELAY,
+                             VesmoraSimDelay{VESMORA_SIM_OPEN_CODE, VESMORA_SIM_ANY_OPCODE, 1}),
+             SIM_INVALID_PARAMETER);
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_DELAY,
+                             VesmoraSimDelay{VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 60001}),
+             SIM_INVALID_PARAMETER);
+    for (std::uint32_t i = 1; i <= SIM_DELAY_COUNT; ++i)
+        QCOMPARE(
+            fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{i, VESMORA_SIM_ANY_OPCODE, 1}),
+            SIM_SUCCESS);
+    QCOMPARE(
+        fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{999, VESMORA_SIM_ANY_OPCODE, 1}),
+        SIM_INSUFFICIENT_RESOURCES);
+}
+
+void ModelTest::controlChecksItsLengths()
+{
+    ModelFixture fixture;
+    for (const std::uint32_t code :
+         {VESMORA_SIM_PLUG, VESMORA_SIM_UNPLUG, VESMORA_SIM_SET_METERS, VESMORA_SIM_SET_FIRMWARE,
+          VESMORA_SIM_SET_VALUE, VESMORA_SIM_ADD_FAULT, VESMORA_SIM_SET_DELAY,
+          VESMORA_SIM_CLEAR_FAULTS, VESMORA_SIM_CLEAR_RECORD, VESMORA_SIM_READ_RECORD,
+          VESMORA_SIM_READ_STATE, VESMORA_SIM_READ_MIXER, VESMORA_SIM_RESET}) {
+        QCOMPARE(fixture.control(code, QByteArray(3, '\0'), 1u << 17), SIM_INFO_LENGTH_MISMATCH);
+    }
+    QCOMPARE(fixture.control(VESMORA_SIM_READ_STATE, {}, sizeof(VesmoraSimState) - 1),
+             SIM_BUFFER_TOO_SMALL);
+    QCOMPARE(fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock) - 1),
+             SIM_BUFFER_TOO_SMALL);
+    QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, ModelFixture::bytes(1u), 7),
+             SIM_BUFFER_TOO_SMALL);
+}
+
+void ModelTest::unknownControlCodesAreRefused()
+{
+    ModelFixture fixture;
+    QCOMPARE(fixture.control(VESMORA_SIM_CODE(0x8FFu)), SIM_INVALID_DEVICE_REQUEST);
+    QCOMPARE(fixture.control(VESMORA_STOP_AUDIO), SIM_INVALID_DEVICE_REQUEST);
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_VALUE, VesmoraSimSetting{VESMORA_SIM_VALUE_COUNT, 1}),
+             SIM_INVALID_PARAMETER);
+}
+
+void ModelTest::everyNamedFailureMapsThereAndBack()
+{
+    for (std::uint32_t i = 0; i < sim_status_count; ++i) {
+        const SimStatus &entry = sim_statuses[i];
+        QCOMPARE(status_to_error(entry.status), entry.error);
+        QCOMPARE(status_from_error(entry.error), entry.status);
+        QCOMPARE(status_name(entry.error), entry.name);
+    }
+}
+
+void ModelTest::unnamedFailuresMapThereAndBack()
+{
+    QCOMPARE(status_to_error(status_from_error(12345)), 12345u);
+    QCOMPARE(status_name(12345), nullptr);
+    QCOMPARE(status_to_error(0xC0DE0001u), 317u);
+}
+
+QTEST_APPLESS_MAIN(ModelTest)
+
+#include "tst_model.moc"
