@@ -12,7 +12,10 @@ set(CMAKE_AUTORCC_OPTIONS "--no-zstd")
 set(VESMORA_SANITIZERS "" CACHE STRING "Sanitizers for our code and everything linked with it, e.g. address,undefined")
 
 add_library(vesmora_warnings INTERFACE)
-target_compile_options(vesmora_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_options(vesmora_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Werror
+    # Clang counts these among the conversions; g++ does not.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 target_compile_definitions(vesmora_warnings INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
@@ -30,6 +33,26 @@ else()
     target_link_libraries(vesmora_win32 INTERFACE vesmora_host)
 endif()
 
+# vesmora_precompile(TARGET)
+#
+# Has a target take Qt's headers from one precompiled header that all share, which more than halves
+# the time of a build. Clang only: g++ refuses one that was made with other definitions. It may hide a
+# missing include; the builds with g++ and MinGW find it.
+function(vesmora_precompile target)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        return()
+    endif()
+    if(NOT TARGET vesmora_precompiled)
+        file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/precompiled.cpp" CONTENT "")
+        add_library(vesmora_precompiled OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
+        target_link_libraries(vesmora_precompiled PRIVATE Qt6::Widgets vesmora_warnings)
+        target_include_directories(vesmora_precompiled SYSTEM PRIVATE
+            $<TARGET_PROPERTY:Qt6::Test,INTERFACE_INCLUDE_DIRECTORIES>)
+        target_precompile_headers(vesmora_precompiled PRIVATE <QtWidgets> <QtTest>)
+    endif()
+    target_precompile_headers(${target} REUSE_FROM vesmora_precompiled)
+endfunction()
+
 # vesmora_add_library(NAME SOURCES file... [LINKS target...])
 #
 # A static library of one folder. Its include path is that folder alone, so a header can be included
@@ -40,4 +63,5 @@ function(vesmora_add_library name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE vesmora_warnings)
+    vesmora_precompile(${name})
 endfunction()

@@ -109,7 +109,7 @@ static_assert(offsetof(CommandPacket, padding) == 7, "CommandPacket.padding");
 static_assert(sizeof(VendorReply) == 32, "VendorReply");
 static_assert(sizeof(double) == 8, "MixerBlock holds IEEE-754 doubles");
 static_assert(sizeof(MixerBlock) == 66304, "MixerBlock");
-static_assert(offsetof(MixerBlock, outputGains) == 8192 * 8, "MixerBlock.outputGains");
+static_assert(offsetof(MixerBlock, outputGains) == 65536, "MixerBlock.outputGains");
 static_assert(sizeof(MeterRecord) == 768, "MeterRecord");
 
 #endif

@@ -68,9 +68,6 @@ DWORD DeviceFile::control(DWORD code, const void *input, DWORD inputLength, void
     m_busy = true;
     const DWORD error = transact({code, inputLength, outputLength}, input);
     m_busy = false;
-    // Out of step with the far end, nothing that arrives later can be trusted.
-    if (error == ERROR_IO_DEVICE)
-        m_socket.reset();
     if (error != ERROR_SUCCESS)
         return error;
     std::copy(m_reply.begin(), m_reply.end(), static_cast<unsigned char *>(output));
@@ -90,8 +87,11 @@ DWORD DeviceFile::receiveReply(DWORD outputLength)
     deviceprotocol::Reply reply = {};
     if (!receiveAll(&reply, sizeof reply))
         return ERROR_DEVICE_NOT_CONNECTED;
-    if (reply.bytesReturned > outputLength)
+    if (reply.bytesReturned > outputLength) {
+        // Out of step with the far end, nothing that arrives later can be trusted.
+        m_socket.reset();
         return ERROR_IO_DEVICE;
+    }
     m_reply.resize(reply.bytesReturned);
     if (!receiveAll(m_reply.data(), m_reply.size()))
         return ERROR_DEVICE_NOT_CONNECTED;

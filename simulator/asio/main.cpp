@@ -46,7 +46,7 @@ int misused(const QString &mistake)
 QByteArray hexBytes(Arguments &arguments, const QString &text)
 {
     const QByteArray digits = text.toLatin1();
-    const QByteArray bytes = QByteArray::fromHex(digits);
+    QByteArray bytes = QByteArray::fromHex(digits);
     if (bytes.toHex() != digits.toLower())
         arguments.reject(QStringLiteral("\"%1\" is not in hexadecimal").arg(text));
     return bytes;

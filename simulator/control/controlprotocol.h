@@ -148,7 +148,7 @@ typedef struct VesmoraSimState {
 
 static_assert(sizeof(VesmoraSimEntry) == 56, "VesmoraSimEntry");
 static_assert(sizeof(VesmoraSimChange) == 16, "VesmoraSimChange");
-static_assert(sizeof(MixerBlock) == VESMORA_SIM_MIXER_VALUES * 8, "VESMORA_SIM_MIXER_VALUES");
+static_assert(sizeof(MixerBlock) / 8 == VESMORA_SIM_MIXER_VALUES, "VESMORA_SIM_MIXER_VALUES");
 static_assert(sizeof(VesmoraSimState) == 60 + 9 * 37 + 11, "VesmoraSimState");
 
 #endif

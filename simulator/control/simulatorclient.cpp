@@ -6,7 +6,7 @@
 namespace {
 
 constexpr wchar_t devicePath[] = LR"(\\.\VesmoraSimControl)";
-constexpr qsizetype pageSize = 256 * 1024;
+constexpr qsizetype pageSize = 0x40000;
 static_assert(pageSize >= qsizetype(VESMORA_SIM_LONGEST_PAGE));
 
 QString describe(DWORD error)

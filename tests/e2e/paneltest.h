@@ -45,7 +45,8 @@ protected:
     /// Waits until the window shows that many controls; an empty picture if it never does.
     PanelPicture pictureWith(int knobs, int buttons) const;
 
-    /// What the handle that sent @p command last did, as texts, without meter reads.
+    /// What the handle that sent @p command last did, as texts, without meter reads. Gains are
+    /// rounded to twelve digits.
     QStringList sentBesides(const QString &command);
     QList<RecordEntry> entriesBesides(const QString &command);
 

@@ -35,6 +35,13 @@ private:
     bool m_wasSet;
 };
 
+/// A marker goes when its last user detaches. Returns whether there was one, and it is gone.
+bool removeUnusedMarker(const QString &key)
+{
+    QSharedMemory marker(key);
+    return marker.attach() && marker.detach() && !marker.attach();
+}
+
 } // namespace
 
 // Short, because socket paths must be.
@@ -113,17 +120,15 @@ bool HostLane::startSimulator()
 }
 
 /// A panel that was killed leaves its marker behind, and the next one would think that it still
-/// runs. The marker goes when its last user detaches; the semaphore when its creator ends.
+/// runs. Two semaphores stay, too: the program's own, and the one that guards the marker.
 void HostLane::clearStaleMarkers() const
 {
     const TemporaryFolderScope scope(sub(QStringLiteral("tmp")));
-    QSharedMemory marker(QStringLiteral("VesmoraQtDriverSharedMemory"));
-    if (!marker.attach())
+    const QString marker = QStringLiteral("VesmoraQtDriverSharedMemory");
+    if (!removeUnusedMarker(marker))
         return;
-    marker.detach();
-    if (!marker.attach())
-        const QSystemSemaphore semaphore(QStringLiteral("VesmoraQtDriverSemaphore"), 1,
-                                         QSystemSemaphore::Create);
+    for (const QString &key : {QStringLiteral("VesmoraQtDriverSemaphore"), marker})
+        const QSystemSemaphore removedAtOnce(key, 1, QSystemSemaphore::Create);
 }
 
 QProcessEnvironment HostLane::environment() const

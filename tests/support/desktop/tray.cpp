@@ -42,7 +42,30 @@ QList<WindowInfo> Tray::icons() const
 
 bool Tray::waitForIcon() const
 {
-    return waitUntil([this] { return icons().size() == 1; });
+    QList<WindowInfo> before;
+    return waitUntil([&] {
+        const QList<WindowInfo> now = icons();
+        // An icon on its way into the tray changes its parent and its place.
+        const bool isSettled = now.size() == 1 && before.size() == 1
+            && now.first().parent == before.first().parent
+            && now.first().area == before.first().area && hasPicture(now.first());
+        before = now;
+        return isSettled;
+    });
+}
+
+/// An icon that has drawn itself also listens.
+bool Tray::hasPicture(const WindowInfo &icon) const
+{
+    const QImage picture = m_windows.picture(icon.area);
+    const QRgb corner = picture.isNull() ? QRgb{} : picture.pixel(0, 0);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixel(x, y) != corner)
+                return true;
+        }
+    }
+    return false;
 }
 
 bool Tray::click(Pointer::Button button)

@@ -24,7 +24,7 @@ public:
     Tray(const WindowSystem &windows, Pointer &pointer);
 
     QList<WindowInfo> icons() const;
-    /// Waits for exactly one icon.
+    /// Waits until exactly one icon is in its place, with its picture.
     bool waitForIcon() const;
 
     bool click(Pointer::Button button = Pointer::Left);
@@ -39,6 +39,7 @@ public:
     bool choose(Entry entry);
 
 private:
+    bool hasPicture(const WindowInfo &icon) const;
     bool isDocked(const WindowInfo &window) const;
 
     const WindowSystem &m_windows;

@@ -9,7 +9,7 @@ namespace {
 
 const QString bold = "font-weight: bold; font-size: 12px; color: white;";
 const QString plain = "font-size: 12px; color: white;";
-const QString small = "font-size: 10px; color: white;";
+const QString smallPlain = "font-size: 10px; color: white;";
 const QString meter = "label \"-160 dB\" color: #888888; font-size: 8px;";
 
 QString label(const QString &text, const QString &style)
@@ -39,7 +39,7 @@ QStringList volume(const QString &output, const QString &captionStyle = plain)
 QStringList phone(const QString &name, const QString &readout, const QString &caption)
 {
     return {"row centred", "  knob " + name, "  " + readout, "    " + meter,
-            "    " + label(caption, small)};
+            "    " + label(caption, smallPlain)};
 }
 
 QStringList rx1Layout()

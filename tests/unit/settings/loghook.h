@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <functional>
+#include <mutex>
 
 /// Does something at the very moment the product logs a line, on the thread that logs it: the way
 /// into the middle of what otherwise runs through. Once, and one hook at a time; the line goes on
@@ -23,10 +24,13 @@ public:
 private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);
 
+    // What the handler uses, which another thread may be in at any time.
+    static std::mutex s_mutex;
     static LogHook *s_current;
+    static QtMessageHandler s_previous;
+
     const QString m_beginning;
     const std::function<void()> m_action;
-    QtMessageHandler m_previous;
     std::atomic<bool> m_reached = false;
 };
 

@@ -37,6 +37,13 @@ bool PipeClient::write(const QByteArray &message)
         && written == static_cast<DWORD>(message.size());
 }
 
+void PipeClient::awaitDisconnection()
+{
+    char answer = 0;
+    DWORD length = 0;
+    while (ReadFile(m_pipe, &answer, sizeof answer, &length, nullptr)) { }
+}
+
 void PipeClient::close()
 {
     if (m_pipe != INVALID_HANDLE_VALUE)
@@ -47,7 +54,10 @@ void PipeClient::close()
 bool sendToListener(const QByteArray &message)
 {
     PipeClient client;
-    return client.connect() && client.write(message);
+    if (!client.connect() || !client.write(message))
+        return false;
+    client.awaitDisconnection();
+    return true;
 }
 
 QByteArray messageOf(std::initializer_list<quint32> words)

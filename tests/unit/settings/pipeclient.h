@@ -28,6 +28,9 @@ public:
     bool connect();
     /// Writes one message.
     bool write(const QByteArray &message);
+    /// Waits until the server has let it go. What a client writes that leaves before the server has
+    /// come to wait for it is lost, and nothing tells a client when that is.
+    void awaitDisconnection();
     void close();
 
 private:
@@ -35,7 +38,8 @@ private:
     HANDLE m_pipe = INVALID_HANDLE_VALUE;
 };
 
-/// Connects to the settings dialog, writes @p message and leaves. Returns whether that worked.
+/// Connects to the settings dialog, writes @p message and stays until it was received. Returns
+/// whether that worked.
 bool sendToListener(const QByteArray &message);
 
 /// The bytes of 32-bit little-endian words.

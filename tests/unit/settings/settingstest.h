@@ -7,6 +7,7 @@
 
 #include <QComboBox>
 #include <QObject>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -22,7 +23,11 @@ class SettingsTest : public QObject
 protected:
     static constexpr int patience = 20000; // milliseconds until a condition must have come true
 
-    TestSimulator &simulator() { return m_simulator; }
+    enum class Interface { Simulated, None };
+    /// Without an interface there is no second process, only pipes within this one.
+    explicit SettingsTest(Interface interface = Interface::Simulated);
+
+    TestSimulator &simulator() { return *m_simulator; }
 
     /// Plugs in a model; nothing of it stays in the record.
     void plug();
@@ -69,7 +74,8 @@ protected slots:
     void cleanup();
 
 private:
-    TestSimulator m_simulator;
+    std::unique_ptr<TestSimulator> m_simulator;
+    QTemporaryDir m_pipeFolder;
     QString m_folder;
     std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<Settings> m_dialog;

@@ -14,6 +14,11 @@ class TestOtgRefusals : public SettingsTest
 {
     Q_OBJECT
 
+public:
+    TestOtgRefusals()
+        : SettingsTest(Interface::None)
+    { }
+
 private slots:
     void refusals_data();
     void refusals();

@@ -29,6 +29,11 @@ class TestPipes : public SettingsTest
 {
     Q_OBJECT
 
+public:
+    TestPipes()
+        : SettingsTest(Interface::None)
+    { }
+
 private slots:
     void cleanup();
 
@@ -117,7 +122,8 @@ void TestPipes::theServerReceivesOneMessage()
         const QByteArray sent = QByteArray(1, first) + QByteArray(1023, 'x');
         std::thread client([&] {
             PipeClient pipe(testPipe);
-            pipe.connect() && pipe.write(sent);
+            if (pipe.connect() && pipe.write(sent))
+                pipe.awaitDisconnection();
         });
         PipeServer::Message message{};
         const bool received = server.receive(message);
