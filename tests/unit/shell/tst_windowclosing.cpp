@@ -123,7 +123,9 @@ void WindowClosingTest::closedWindowsLeaveTheProgramRunning()
     QGuiApplication::setQuitOnLastWindowClosed(true);
     MainWindow window;
     window.settingsWindow = &settings();
-    const TrayIcon tray;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.settingsWindow = &settings();
 
     QTimer steps;
     int step = 0;
@@ -169,7 +171,9 @@ void WindowClosingTest::quitEndsTheProgramWhicheverWindowsAreOpen()
     setSystemTrayAvailable(hasTray);
     MainWindow window;
     window.settingsWindow = &settings();
-    const TrayIcon tray;
+    TrayIcon tray;
+    tray.setMainWindow(&window);
+    tray.settingsWindow = &settings();
     window.setVisible(showsWindow);
     settings().setVisible(showsSettings);
 
