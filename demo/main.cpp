@@ -33,7 +33,7 @@ const QCommandLineOption folderOption(QStringLiteral("folder"),
 QString userLocale(const QString &fallback)
 {
     for (const char *name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const QString value = qEnvironmentVariable(name).section(u'.', 0, 0);
+        QString value = qEnvironmentVariable(name).section(u'.', 0, 0);
         if (!value.isEmpty())
             return value;
     }

@@ -16,10 +16,10 @@ const QString platformRemark = QStringLiteral("This plugin does not support ");
 
 } // namespace
 
-SettingsTest::SettingsTest(Interface interface)
+SettingsTest::SettingsTest(Device device)
 {
     // The native lane looks there for pipes, as the simulator has it do otherwise.
-    if (interface == Interface::None)
+    if (device == Device::None)
         qputenv("VESMORA_HOST_DIR", m_pipeFolder.path().toLocal8Bit());
     else
         m_simulator = std::make_unique<TestSimulator>();

@@ -23,9 +23,9 @@ class SettingsTest : public QObject
 protected:
     static constexpr int patience = 20000; // milliseconds until a condition must have come true
 
-    enum class Interface { Simulated, None };
-    /// Without an interface there is no second process, only pipes within this one.
-    explicit SettingsTest(Interface interface = Interface::Simulated);
+    enum class Device { Simulated, None };
+    /// Without a device there is no second process, only pipes within this one.
+    explicit SettingsTest(Device device = Device::Simulated);
 
     TestSimulator &simulator() { return *m_simulator; }
 

@@ -16,7 +16,7 @@ class TestOtgRefusals : public SettingsTest
 
 public:
     TestOtgRefusals()
-        : SettingsTest(Interface::None)
+        : SettingsTest(Device::None)
     { }
 
 private slots:

@@ -31,7 +31,7 @@ class TestPipes : public SettingsTest
 
 public:
     TestPipes()
-        : SettingsTest(Interface::None)
+        : SettingsTest(Device::None)
     { }
 
 private slots:

@@ -182,7 +182,7 @@ class TestPipeStorm : public SettingsTest
 
 public:
     TestPipeStorm()
-        : SettingsTest(Interface::None)
+        : SettingsTest(Device::None)
     { }
 
 private slots:
