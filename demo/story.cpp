@@ -9,7 +9,7 @@
 namespace {
 
 /// "headphone DIM" becomes "headphone-dim".
-QString fileNamePart(QString text)
+QString fileNamePart(const QString &text)
 {
     return text.toLower().replace(u' ', u'-');
 }

@@ -7,6 +7,7 @@ namespace {
 std::vector<std::wstring> listDevicePaths()
 {
     std::vector<std::wstring> paths;
+    paths.reserve(VESMORA_BUS_COUNT);
     for (int bus = 0; bus < VESMORA_BUS_COUNT; ++bus)
         paths.push_back(LR"(\\.\VesmoraAudioBus)" + std::to_wstring(bus));
     return paths;

@@ -11,8 +11,12 @@
 
 namespace {
 
-/// The offscreen platform's own words about what it cannot do.
-const QString platformRemark = QStringLiteral("This plugin does not support ");
+/// What Qt says of the offscreen platform, and of Wine.
+bool isPlatformRemark(const QString &line)
+{
+    return line.startsWith(u"This plugin does not support "_qs)
+        || line.startsWith(u"EnableNonClientDpiScaling() failed "_qs);
+}
 
 } // namespace
 
@@ -89,7 +93,7 @@ QStringList SettingsTest::takeLog()
     QStringList lines;
     const QStringList all = m_log->take();
     for (QString line : all) {
-        if (!line.startsWith(platformRemark))
+        if (!isPlatformRemark(line))
             lines << line.replace(address, QStringLiteral("\\1 (address)"));
     }
     return lines;
