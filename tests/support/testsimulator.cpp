@@ -27,7 +27,7 @@ QStringList TestSimulator::events()
 
 QString freshDataFolder()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     QDir(folder).removeRecursively();
     QDir().mkpath(folder);
     return folder;

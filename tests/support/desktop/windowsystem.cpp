@@ -98,7 +98,7 @@ QImage WindowSystem::picture(const QRect &area) const
     if (!reply || xcb_get_image_data_length(reply.get()) < inside.width() * inside.height() * 4)
         return {};
     const QImage shared(xcb_get_image_data(reply.get()), inside.width(), inside.height(),
-                        inside.width() * 4, QImage::Format_RGB32);
+                        qsizetype(inside.width()) * 4, QImage::Format_RGB32);
     return shared.copy();
 }
 

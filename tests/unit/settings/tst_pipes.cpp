@@ -646,7 +646,8 @@ void TestPipes::nothingIsLeaked()
     }
     for (int i = 0; i < 20; ++i)
         runOnce();
-    QCOMPARE(openHandleCount(), before);
+    const int after = openHandleCount();
+    QVERIFY2(after <= before, qPrintable(QString::number(after - before)));
 }
 
 QTEST_MAIN(TestPipes)

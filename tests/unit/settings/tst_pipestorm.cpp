@@ -293,7 +293,8 @@ void TestPipeStorm::thousandsOfMessagesOfEveryKind()
                    .arg(bytesBefore / 1024)
                    .arg(growth / 1024);
     QVERIFY(m_hidings > 0);
-    QCOMPARE(openHandleCount(), handlesBefore);
+    const int handles = openHandleCount();
+    QVERIFY2(handles <= handlesBefore, qPrintable(QString::number(handles - handlesBefore)));
     QVERIFY2(growth < allowedGrowth, qPrintable(m_report));
 }
 
