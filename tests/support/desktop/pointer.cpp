@@ -26,7 +26,11 @@ bool Pointer::moveTo(QPoint point)
 
 bool Pointer::click(QPoint point, Button button)
 {
-    return clickApart(point, {QStringLiteral("click"), QString::number(button)});
+    // As long as a finger takes: the press may move the focus before the release acts.
+    const QString number = QString::number(button);
+    return clickApart(point,
+                      {QStringLiteral("mousedown"), number, QStringLiteral("sleep"),
+                       QStringLiteral("0.1"), QStringLiteral("mouseup"), number});
 }
 
 bool Pointer::controlClick(QPoint point)
