@@ -9,6 +9,7 @@
 #include <QCloseEvent>
 #include <QDebug>
 #include <QLabel>
+#include <QPixmap>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -54,6 +55,14 @@ const Model *findModel(quint32 pid)
     return model == std::end(models) ? nullptr : model;
 }
 
+/// The connection of one look for a device.
+VesmoraIoControl *openProbe()
+{
+    auto *probe = new VesmoraIoControl;
+    probe->openDevice();
+    return probe;
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
@@ -89,27 +98,30 @@ MainWindow::~MainWindow()
 
 void MainWindow::detectDevice()
 {
-    // Kept open on the early returns below: only a look that finds nothing, or all, releases it.
-    auto *probe = new VesmoraIoControl;
-    probe->openDevice();
+    VesmoraIoControl *const probe = openProbe();
     probe->getDevicePid(devicePid);
     qDebug() << "Device PID:" << devicePid;
-    if (devicePid == 0) {
+    // A look that ends early keeps its connection open: only one that finds nothing, or all,
+    // releases it.
+    if (devicePid == 0 || showDevice(*probe))
         delete probe;
-        return;
-    }
-    clearLayout();
+}
 
+/// Shows the panel of the device with the identifier read last, and starts to watch the device.
+/// Returns false when it stopped half-way, with what it says about that on screen.
+bool MainWindow::showDevice(VesmoraIoControl &probe)
+{
+    clearLayout();
     const Model *model = findModel(devicePid);
     if (!model) {
         qDebug() << "Unknown device PID:" << devicePid;
         showStatus(QStringLiteral("未知设备，请检查连接！"));
-        return;
+        return false;
     }
     if (!settingsWindow->createDevice()) {
         qDebug() << "Failed to connect to driver in settings window.";
         startPolling();
-        return;
+        return false;
     }
     settingsWindow->initSettings();
 
@@ -119,15 +131,15 @@ void MainWindow::detectDevice()
     qDebug() << model->layoutLog;
     update();
 
-    if (!readTitle(*probe, model->title)) {
+    if (!readTitle(probe, model->title)) {
         qDebug() << "Failed to get firmware version.";
         showStatus(QStringLiteral("获取固件版本失败，请检查连接！"));
-        return;
+        return false;
     }
     qDebug() << "Device found with PID:" << devicePid;
     detectTimer->stop();
     startPolling();
-    delete probe;
+    return true;
 }
 
 /// Fills @p pattern with the firmware version, a character a byte, and makes it the window's title.

@@ -33,6 +33,7 @@ private:
     void detectDevice();
     void pollDevice();
 
+    bool showDevice(VesmoraIoControl &probe);
     bool readTitle(VesmoraIoControl &probe, const char *pattern);
     void startPolling();
     void loseDevice();

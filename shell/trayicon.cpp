@@ -8,9 +8,12 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QMenu>
 #include <QMessageBox>
 #include <QProcess>
+
+#include <initializer_list>
 
 #include <windows.h>
 
