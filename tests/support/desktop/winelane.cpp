@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr std::chrono::minutes prefixDeadline{5};
-
 // The name of the driver's service, and of its file in the prefix.
 const QString service = QStringLiteral("vesmorasim");
 
@@ -25,10 +23,7 @@ WineLane::WineLane(const Desktop &desktop, const LanePrograms &programs)
     : Lane(desktop, programs)
     , m_temporary(QStringLiteral("/tmp/vesmora-XXXXXX"))
     , m_prefix(qEnvironmentVariable("VESMORA_WINEPREFIX"))
-{
-    if (m_prefix.isEmpty())
-        m_prefix = m_temporary.filePath(QStringLiteral("prefix"));
-}
+{ }
 
 WineLane::~WineLane()
 {
@@ -39,8 +34,10 @@ WineLane::~WineLane()
 
 bool WineLane::open()
 {
+    if (m_prefix.isEmpty())
+        return fail(QStringLiteral("VESMORA_WINEPREFIX names no Wine prefix"));
     return makeLocale(QStringLiteral("zh_CN")) && makeLocale(QStringLiteral("en_US"))
-        && makePrefix() && keepWineRunning() && startDriver();
+        && keepWineRunning() && startDriver();
 }
 
 CommandResult WineLane::asio(const QStringList &arguments)
@@ -101,25 +98,6 @@ bool WineLane::makeLocale(const QString &locale)
         {QStringLiteral("-i"), locale, QStringLiteral("-f"), QStringLiteral("UTF-8"), target},
         QProcessEnvironment::systemEnvironment());
     return made.succeeded() || fail(QString::fromLocal8Bit(made.errorOutput));
-}
-
-bool WineLane::makePrefix()
-{
-    const QString complete = m_prefix + QStringLiteral("/.complete");
-    if (QFileInfo::exists(complete))
-        return true;
-    if (!QDir().mkpath(m_prefix))
-        return fail(QStringLiteral("cannot create %1").arg(m_prefix));
-    const CommandResult made =
-        runCommand(QStringLiteral("wine"), {QStringLiteral("wineboot"), QStringLiteral("-i")},
-                   environment(), prefixDeadline);
-    if (!made.succeeded())
-        return fail(QString::fromLocal8Bit(made.errorOutput));
-    // A driver does not start until the prefix' first processes are gone.
-    runCommand(QStringLiteral("wineserver"), {QStringLiteral("-w")}, environment(), prefixDeadline);
-    QFile marker(complete);
-    return marker.open(QIODevice::WriteOnly)
-        || fail(QStringLiteral("cannot write %1").arg(complete));
 }
 
 /// Wine ends its drivers when the last program does, which would be after each command.

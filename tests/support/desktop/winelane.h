@@ -5,8 +5,7 @@
 
 /// The Windows program under Wine with the simulated kernel driver.
 ///
-/// Its Wine prefix is VESMORA_WINEPREFIX, made when missing and kept, because making one takes
-/// long; without that variable it is a temporary one.
+/// Its Wine prefix is VESMORA_WINEPREFIX, which must exist and which no other program uses.
 class WineLane : public Lane
 {
 public:
@@ -28,7 +27,6 @@ protected:
 
 private:
     bool makeLocale(const QString &locale);
-    bool makePrefix();
     bool keepWineRunning();
     bool startDriver();
     CommandResult wine(const QStringList &arguments) const;
