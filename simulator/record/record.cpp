@@ -18,9 +18,10 @@ QString hex(quint32 number, int digits)
         + QString::number(number, 16).toUpper().rightJustified(digits, u'0');
 }
 
-QString shortest(double value)
+/// Twelve digits: the mathematics libraries of the two platforms differ in the last one.
+QString gainText(double value)
 {
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    return QString::number(value, 'g', 12);
 }
 
 QString kindName(Record::Kind kind)
@@ -47,7 +48,7 @@ QString changeText(const MixerChange &change)
     const QString place = change.isOutputGain()
         ? QStringLiteral("gain[%1]").arg(change.outputGain())
         : QStringLiteral("(%1,%2)").arg(change.row()).arg(change.column());
-    return place + u'=' + shortest(change.value);
+    return place + u'=' + gainText(change.value);
 }
 
 /// What a request is called: a method, or else its numbers.
@@ -80,7 +81,7 @@ QString requestText(const Record &record)
 
 QJsonValue number(double value)
 {
-    return std::isfinite(value) ? QJsonValue(value) : QJsonValue(shortest(value));
+    return std::isfinite(value) ? QJsonValue(value) : QJsonValue(gainText(value));
 }
 
 QJsonObject changeJson(const MixerChange &change)

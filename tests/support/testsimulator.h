@@ -23,6 +23,10 @@ public:
     /// The same for everything recorded.
     QStringList events();
 
+    /// Whether a failing "open" reaches the program. Under Wine it does not: opening a device
+    /// succeeds there whatever its driver answers.
+    bool canRefuseOpens() const;
+
 private:
     class Lane; // what it takes to have a simulator running
     std::unique_ptr<Lane> m_lane;
@@ -34,5 +38,9 @@ QString freshDataFolder();
 
 /// The lines of an INI file that hold keys or section names, in order; empty when there is no file.
 QStringList iniLines(const QString &fileName);
+
+/// The lines of an INI file in the order in which they were first written, brought into the order
+/// in which Qt stores them: that very order under Windows, sorted within each section elsewhere.
+QStringList asStored(const QStringList &lines);
 
 #endif

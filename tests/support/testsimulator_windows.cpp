@@ -13,3 +13,13 @@ TestSimulator::~TestSimulator()
 {
     reset();
 }
+
+bool TestSimulator::canRefuseOpens() const
+{
+    return false;
+}
+
+QStringList asStored(const QStringList &lines)
+{
+    return lines;
+}

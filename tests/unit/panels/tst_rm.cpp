@@ -89,8 +89,8 @@ void RmTest::theFirstStartSavesAllFiveKeys()
     build();
     QCOMPARE(
         savedLines(),
-        QStringList({"[Button]", "HeadphoneDimIsChecked=false", "HeadphoneMuteIsChecked=false",
-                     "MonitorMicIsChecked=false", "[Dial]", "HeadphoneValue=-80", "MicValue=0"}));
+        asStored({"[Button]", "MonitorMicIsChecked=false", "HeadphoneMuteIsChecked=false",
+                  "HeadphoneDimIsChecked=false", "[Dial]", "MicValue=0", "HeadphoneValue=-80"}));
 }
 
 void RmTest::aSavedStateIsReplayed()

@@ -24,7 +24,7 @@ QString firstBlock(const QString &monitor = QString())
 
 QString headphoneBlock(double gain)
 {
-    const QString value = QString::number(gain, 'g', QLocale::FloatingPointShortest);
+    const QString value = QString::number(gain, 'g', 12);
     return QString("sendMixerBlock gain[0]=%1 gain[1]=%1").arg(value);
 }
 
@@ -117,10 +117,10 @@ void Rx1Test::theFirstStartSavesAllNineKeys()
 {
     build();
     QCOMPARE(savedLines(),
-             QStringList({"[Button]", "HeadphoneDimIsChecked=false", "HeadphoneMuteIsChecked=false",
-                          "Mic20dBIsChecked=false", "Mic48VIsChecked=false",
-                          "MicInstrIsChecked=false", "MonitorMicIsChecked=false", "[Dial]",
-                          "HeadphoneValue=-80", "MicValue=0", "OtgToHpValue=0"}));
+             asStored({"[Button]", "MicInstrIsChecked=false", "Mic20dBIsChecked=false",
+                       "Mic48VIsChecked=false", "MonitorMicIsChecked=false",
+                       "HeadphoneMuteIsChecked=false", "HeadphoneDimIsChecked=false", "[Dial]",
+                       "MicValue=0", "HeadphoneValue=-80", "OtgToHpValue=0"}));
 }
 
 namespace {

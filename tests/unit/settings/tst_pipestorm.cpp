@@ -29,6 +29,8 @@ constexpr int stormClients = 4;
 constexpr int listenerMessages = 301;
 constexpr int listenerClientCount = 2;
 constexpr qint64 allowedGrowth = 32 * 1024 * 1024; // bytes
+// What the system opens on its own account; a leak would show in every message.
+constexpr int allowedHandles = 10;
 
 const QString tooLong = QStringLiteral("Error reading from pipe. Error code: 234");
 const QString dropped = QStringLiteral("Error reading from pipe. Error code: 109");
@@ -293,8 +295,8 @@ void TestPipeStorm::thousandsOfMessagesOfEveryKind()
                    .arg(bytesBefore / 1024)
                    .arg(growth / 1024);
     QVERIFY(m_hidings > 0);
-    const int handles = openHandleCount();
-    QVERIFY2(handles <= handlesBefore, qPrintable(QString::number(handles - handlesBefore)));
+    const int handles = openHandleCount() - handlesBefore;
+    QVERIFY2(handles < allowedHandles, qPrintable(QString::number(handles)));
     QVERIFY2(growth < allowedGrowth, qPrintable(m_report));
 }
 
