@@ -1,8 +1,8 @@
 #include "loghook.h"
 
 std::mutex LogHook::s_mutex;
-LogHook *LogHook::s_current = nullptr;
-QtMessageHandler LogHook::s_previous = nullptr;
+std::atomic<LogHook *> LogHook::s_current = nullptr;
+std::atomic<QtMessageHandler> LogHook::s_previous = nullptr;
 
 LogHook::LogHook(const QString &beginning, const std::function<void()> &action)
     : m_beginning(beginning)
@@ -24,8 +24,8 @@ LogHook::~LogHook()
 void LogHook::handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     const std::lock_guard lock(s_mutex);
-    s_previous(type, context, text);
-    if (s_current && text.startsWith(s_current->m_beginning)
-        && !s_current->m_reached.exchange(true))
-        s_current->m_action();
+    s_previous.load()(type, context, text);
+    LogHook *const current = s_current;
+    if (current && text.startsWith(current->m_beginning) && !current->m_reached.exchange(true))
+        current->m_action();
 }

@@ -26,8 +26,8 @@ private:
 
     // What the handler uses, which another thread may be in at any time.
     static std::mutex s_mutex;
-    static LogHook *s_current;
-    static QtMessageHandler s_previous;
+    static std::atomic<LogHook *> s_current;
+    static std::atomic<QtMessageHandler> s_previous;
 
     const QString m_beginning;
     const std::function<void()> m_action;
