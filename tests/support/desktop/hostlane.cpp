@@ -3,6 +3,7 @@
 #include "waiting.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSharedMemory>
 #include <QSystemSemaphore>
 
@@ -68,6 +69,27 @@ bool HostLane::open()
 CommandResult HostLane::asio(const QStringList &arguments)
 {
     return runCommand(programs().asio, arguments, environment());
+}
+
+/// Each writes down what it was called with.
+bool HostLane::provideWindowsPrograms()
+{
+    const QDir folder(windowsFolder());
+    bool provided = folder.mkpath(QStringLiteral("."));
+    for (const QString &name : {QStringLiteral("cmd.exe"), QStringLiteral("control.exe")}) {
+        QFile program(folder.filePath(name));
+        provided = provided && program.open(QIODevice::WriteOnly)
+            && program.write("#!/bin/sh\nprintf '%s' \"$*\" >\"$0.called\"\n") > 0
+            && program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    return provided || fail(QStringLiteral("cannot write to %1").arg(folder.path()));
+}
+
+bool HostLane::hasRestartedShell() const
+{
+    QFile called(windowsFolder() + QStringLiteral("/cmd.exe.called"));
+    return called.open(QIODevice::ReadOnly)
+        && called.readAll() == "/c taskkill /f /im explorer.exe && start explorer.exe";
 }
 
 CommandResult HostLane::simctl(const QStringList &arguments)
@@ -147,6 +169,8 @@ QProcessEnvironment HostLane::panelEnvironment(const QString &locale) const
         if (name.startsWith(QStringLiteral("LC_")) || name == QStringLiteral("LANGUAGE"))
             environment.remove(name);
     }
+    environment.insert(QStringLiteral("PATH"),
+                       windowsFolder() + u':' + environment.value(QStringLiteral("PATH")));
     environment.insert(QStringLiteral("LANG"), locale);
     environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), sub(QStringLiteral("data")));

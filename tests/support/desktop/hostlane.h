@@ -17,6 +17,8 @@ public:
     bool bringsOwnTray() const override { return false; }
     bool open() override;
     CommandResult asio(const QStringList &arguments) override;
+    bool provideWindowsPrograms() override;
+    bool hasRestartedShell() const override;
     QString settingsFolder() const override;
 
 protected:
@@ -28,6 +30,7 @@ protected:
 
 private:
     bool makeFolders();
+    QString windowsFolder() const { return m_temporary.filePath(QStringLiteral("windows")); }
     bool startSimulator();
     void clearStaleMarkers() const;
     QString sub(const QString &name) const { return m_folder + u'/' + name; }

@@ -45,6 +45,12 @@ public:
     /// Runs the program that plays the ASIO driver to its end.
     virtual CommandResult asio(const QStringList &arguments) = 0;
 
+    /// Gives the panel the programs of Windows that its tray menu starts: stand-ins, where there are
+    /// no real ones. To be called before launch().
+    virtual bool provideWindowsPrograms() = 0;
+    /// Whether Windows' shell was ended and started anew at the panel's request.
+    virtual bool hasRestartedShell() const = 0;
+
     /// Where the panel keeps its INI files.
     virtual QString settingsFolder() const = 0;
     QString settingsFile(const QString &name) const;

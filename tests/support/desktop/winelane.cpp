@@ -45,6 +45,12 @@ CommandResult WineLane::asio(const QStringList &arguments)
     return wine(QStringList(programs().asio) + arguments);
 }
 
+/// The shell that starts with Wine is a tray only; a new one shows its folders.
+bool WineLane::hasRestartedShell() const
+{
+    return desktop().windows().visibleWindow(QStringLiteral("Desktop")).has_value();
+}
+
 CommandResult WineLane::simctl(const QStringList &arguments)
 {
     CommandResult result = wine(QStringList(programs().simctl) + arguments);

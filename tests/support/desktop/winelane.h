@@ -16,6 +16,8 @@ public:
     bool bringsOwnTray() const override { return true; }
     bool open() override;
     CommandResult asio(const QStringList &arguments) override;
+    bool provideWindowsPrograms() override { return true; }
+    bool hasRestartedShell() const override;
     QString settingsFolder() const override;
 
 protected:

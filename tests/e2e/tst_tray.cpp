@@ -1,0 +1,81 @@
+#include "paneltest.h"
+#include "waiting.h"
+
+#include <QTest>
+
+/// The tray menu's entries that reach beyond the program: the interface's firmware and programs of
+/// Windows.
+class tst_Tray : public PanelTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn_data();
+    void upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn();
+    void upgradeFirmwareWithoutAnInterfaceSaysSoInTheLog();
+    void winSoundPannelOpensWindowsOwn();
+    // Last, because where Windows is a real one it takes the task bar with it.
+    void refreshAudioDeviceStartsTheShellAnew();
+};
+
+void tst_Tray::init()
+{
+    PanelTest::init();
+    QVERIFY(lane().provideWindowsPrograms());
+}
+
+void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn_data()
+{
+    QTest::addColumn<QString>("model");
+    for (const char *model : {"rx1", "rx2", "rm"})
+        QTest::newRow(model) << QString::fromLatin1(model);
+}
+
+void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn()
+{
+    QFETCH(QString, model);
+    const QString command = QStringLiteral("upgradeFirmware");
+    QVERIFY(start());
+    QVERIFY(plug(model));
+    QVERIFY(tray().choose(Tray::UpgradeFirmware));
+    const QStringList expected{QStringLiteral("open"), command, QStringLiteral("close")};
+    QVERIFY(waitUntil([&] { return sentBesides(command) == expected; }));
+    QVERIFY(panel().isRunning());
+}
+
+void tst_Tray::upgradeFirmwareWithoutAnInterfaceSaysSoInTheLog()
+{
+    const QString message = QStringLiteral("Failed to create device in rx1.");
+    expectMessages({message});
+    QVERIFY(start());
+    QVERIFY(tray().choose(Tray::UpgradeFirmware));
+    QVERIFY(log().waitFor(message));
+    QVERIFY(!window());
+    QVERIFY(panel().isRunning());
+}
+
+void tst_Tray::winSoundPannelOpensWindowsOwn()
+{
+    const QString message = QStringLiteral("声音设置面板已打开。");
+    expectMessages({message});
+    QVERIFY(start());
+    QVERIFY(tray().choose(Tray::SoundPanel));
+    QVERIFY(log().waitFor(message));
+    QVERIFY(panel().isRunning());
+}
+
+void tst_Tray::refreshAudioDeviceStartsTheShellAnew()
+{
+    const QString message = QStringLiteral("资源管理器已成功重启");
+    expectMessages({message});
+    QVERIFY(start());
+    QVERIFY(!lane().hasRestartedShell());
+    QVERIFY(tray().choose(Tray::RefreshAudioDevice));
+    QVERIFY(log().waitFor(message));
+    QVERIFY(waitUntil([this] { return lane().hasRestartedShell(); }));
+    QVERIFY(panel().isRunning());
+}
+
+QTEST_GUILESS_MAIN(tst_Tray)
+#include "tst_tray.moc"
