@@ -1,5 +1,7 @@
 #include "markdowntables.h"
 
+#include <utility>
+
 namespace {
 
 QStringList cellsOf(const QString &line)
