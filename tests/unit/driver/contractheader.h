@@ -1,0 +1,32 @@
+#ifndef CONTRACTHEADER_H
+#define CONTRACTHEADER_H
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+/// What driver/vesmoracontract.h says, read from its text, so that nothing in it goes unnoticed.
+struct ContractHeader {
+    struct ControlCode {
+        quint32 function = 0;
+        quint32 inputLength = 0; ///< bytes, as everywhere
+        quint32 outputLength = 0;
+    };
+    struct Field {
+        quint32 offset = 0;
+        quint32 length = 0;
+    };
+    struct Structure {
+        quint32 size = 0;
+        QMap<QString, Field> fields;
+    };
+
+    QMap<QString, ControlCode> controlCodes;
+    QMap<QString, quint32> constants; ///< the numbers; opcodes among them
+    QMap<QString, Structure> structures;
+    QStringList unread; ///< what was found and not understood
+};
+
+ContractHeader readContractHeader(const QString &text);
+
+#endif

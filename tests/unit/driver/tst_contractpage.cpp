@@ -1,0 +1,187 @@
+#include "contractcomparison.h"
+#include "contractheader.h"
+#include "devicepaths.h"
+#include "vesmoracontract.h"
+
+#include <QFile>
+#include <QTest>
+
+namespace {
+
+QString contentsOf(const char *path)
+{
+    QFile file(QString::fromLocal8Bit(path));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s: %s", path, qPrintable(file.errorString()));
+    return QString::fromUtf8(file.readAll());
+}
+
+QString replaced(QString text, const QString &before, const QString &after)
+{
+    if (!text.contains(before))
+        qFatal("There is no \"%s\" to replace.", qPrintable(before));
+    return text.replace(before, after);
+}
+
+} // namespace
+
+/// The page for driver engineers says what the header says, and the comparison would notice if it
+/// did not.
+class ContractPageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void thePageSaysWhatTheHeaderSays();
+    void thePageNamesTheFirstAndTheLastDevice();
+    void theHeaderIsReadAsACompilerReadsIt();
+    void aWrongNumberOnThePageIsNoticed_data();
+    void aWrongNumberOnThePageIsNoticed();
+    void aChangeInTheHeaderIsNoticed_data();
+    void aChangeInTheHeaderIsNoticed();
+
+private:
+    const QString m_page = contentsOf(CONTRACT_PAGE);
+    const QString m_header = contentsOf(CONTRACT_HEADER);
+};
+
+void ContractPageTest::thePageSaysWhatTheHeaderSays()
+{
+    const QStringList differences = contractDifferences(m_page, m_header);
+    QVERIFY2(differences.isEmpty(), qPrintable(differences.join(u'\n')));
+}
+
+void ContractPageTest::thePageNamesTheFirstAndTheLastDevice()
+{
+    for (const std::wstring &path : {devicePaths.front(), devicePaths.back()})
+        QVERIFY2(m_page.contains(u'`' + QString::fromStdWString(path) + u'`'),
+                 qPrintable(QString::fromStdWString(path)));
+}
+
+void ContractPageTest::theHeaderIsReadAsACompilerReadsIt()
+{
+    const ContractHeader header = readContractHeader(m_header);
+    QCOMPARE(header.unread, QStringList());
+    QCOMPARE(header.controlCodes.size(), 17);
+    const auto vendorRequest = header.controlCodes.value("VESMORA_VENDOR_REQUEST");
+    QCOMPARE(VESMORA_CONTROL_CODE(vendorRequest.function), VESMORA_VENDOR_REQUEST);
+    QCOMPARE(vendorRequest.inputLength, sizeof(CommandPacket));
+    QCOMPARE(vendorRequest.outputLength, sizeof(VendorReply));
+    QCOMPARE(header.constants.value("VESMORA_OPCODE_MIC_20DB"), VESMORA_OPCODE_MIC_20DB);
+
+    QCOMPARE(header.structures.value("CommandPacket").size, sizeof(CommandPacket));
+    QCOMPARE(header.structures.value("VendorReply").size, sizeof(VendorReply));
+    QCOMPARE(header.structures.value("MixerBlock").size, sizeof(MixerBlock));
+    QCOMPARE(header.structures.value("MeterRecord").size, sizeof(MeterRecord));
+    const auto gains = header.structures.value("MixerBlock").fields.value("outputGains");
+    QCOMPARE(gains.offset, offsetof(MixerBlock, outputGains));
+    QCOMPARE(gains.length, sizeof(MixerBlock::outputGains));
+}
+
+void ContractPageTest::aWrongNumberOnThePageIsNoticed_data()
+{
+    QTest::addColumn<QString>("right");
+    QTest::addColumn<QString>("wrong");
+    QTest::newRow("code") << "0xFFDC2074"
+                          << "0xFFDC2078";
+    QTest::newRow("function") << "| 0x81D |"
+                              << "| 0x81E |";
+    QTest::newRow("input length") << "| 66304 | 0 |"
+                                  << "| 66304 | 4 |";
+    QTest::newRow("output length") << "| 0 | 768 |"
+                                   << "| 0 | 192 |";
+    QTest::newRow("constant") << "`VESMORA_PID_RM` | 15 |"
+                              << "`VESMORA_PID_RM` | 3 |";
+    QTest::newRow("opcode") << "| 0x5A |"
+                            << "| 0x5B |";
+    QTest::newRow("packet kind") << "| `01 60"
+                                 << "| `02 60";
+    QTest::newRow("packet value") << "F6 FF`"
+                                  << "FF F6`";
+    QTest::newRow("packet length") << "`01 65 00 00 00 00 00`"
+                                   << "`01 65 00 00 00 00`";
+    QTest::newRow("argument") << "| length | channel | value |"
+                              << "| state | channel | value |";
+    QTest::newRow("size") << "`VendorReply` | 32 |"
+                          << "`VendorReply` | 10 |";
+    QTest::newRow("offset") << "`CommandPacket.channel` | 4 |"
+                            << "`CommandPacket.channel` | 3 |";
+    QTest::newRow("field length") << "| 7 | 30 |"
+                                  << "| 7 | 32 |";
+    QTest::newRow("crosspoint") << "| 2083 | 16664 |"
+                                << "| 2084 | 16664 |";
+    QTest::newRow("crosspoint out of range") << "| 64 | 0 | 2048 |"
+                                             << "| 256 | 0 | 8192 |";
+    QTest::newRow("output gain") << "| 8196 | 65568 | 68 |"
+                                 << "| 8196 | 65568 | 69 |";
+    QTest::newRow("level") << "| 3 | 12 |"
+                           << "| 3 | 24 |";
+    QTest::newRow("gain") << "| -6 | 0.5011872336 |"
+                          << "| -6 | 0.5 |";
+    QTest::newRow("peak") << "| -inf dB |"
+                          << "| -160 dB |";
+    QTest::newRow("number in prose") << "the current peaks"
+                                     << "the 192 current peaks";
+    QTest::newRow("unknown code") << "| `VESMORA_STOP_AUDIO`"
+                                  << "| `VESMORA_PAUSE_AUDIO`";
+    QTest::newRow("table of an unknown kind") << "| Level | Offset |"
+                                              << "| Meter | Offset |";
+    QTest::newRow("cell too many") << "| 768 | peaks |"
+                                   << "| 768 | 192 | peaks |";
+}
+
+void ContractPageTest::aWrongNumberOnThePageIsNoticed()
+{
+    QFETCH(QString, right);
+    QFETCH(QString, wrong);
+    const QStringList differences = contractDifferences(replaced(m_page, right, wrong), m_header);
+    QVERIFY(!differences.isEmpty());
+}
+
+void ContractPageTest::aChangeInTheHeaderIsNoticed_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QString>("difference");
+    const QString codes = "/* What each code carries besides itself. */\n";
+    const QString structures = "typedef struct VendorReply {";
+    QTest::newRow("new code") << codes
+                              << codes
+            + "#define VESMORA_PAUSE_AUDIO VESMORA_CONTROL_CODE(0x829u) /* neither */\n"
+                              << "missing on the page: VESMORA_PAUSE_AUDIO";
+    QTest::newRow("new code without a remark")
+        << codes << codes + "#define VESMORA_PAUSE_AUDIO VESMORA_CONTROL_CODE(0x829u)\n"
+        << "cannot be read in the header: VESMORA_PAUSE_AUDIO";
+    QTest::newRow("new opcode") << codes << codes + "#define VESMORA_OPCODE_BLINK 0x66u\n"
+                                << "missing on the page: VESMORA_OPCODE_BLINK";
+    QTest::newRow("new structure")
+        << structures << "typedef struct Clock {\n    int32_t ticks;\n} Clock;\n\n" + structures
+        << "missing on the page: Clock";
+    QTest::newRow("new field") << "    uint8_t bytes[32];\n"
+                               << "    uint8_t bytes[31];\n    uint8_t checksum;\n"
+                               << "missing on the page: VendorReply.checksum";
+    QTest::newRow("unreadable field")
+        << "    uint8_t bytes[32];\n"
+        << "    uint8_t bytes[32];\n    uint16_t *checksum;\n"
+        << "cannot be read in the header: VendorReply uint16_t *checksum";
+    QTest::newRow("other function")
+        << "VESMORA_CONTROL_CODE(0x81Eu)"
+        << "VESMORA_CONTROL_CODE(0x82Fu)"
+        << "found: `VESMORA_STOP_AUDIO` | 0xFFDC2078 | 0x81E | 0 | 0, "
+           "expected: `VESMORA_STOP_AUDIO` | 0xFFDC20BC | 0x82F | 0 | 0";
+    QTest::newRow("other value") << "VESMORA_PID_RM 15u"
+                                 << "VESMORA_PID_RM 3u"
+                                 << "found: `VESMORA_PID_RM` | 15, expected: `VESMORA_PID_RM` | 3";
+}
+
+void ContractPageTest::aChangeInTheHeaderIsNoticed()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QString, difference);
+    const QStringList differences = contractDifferences(m_page, replaced(m_header, before, after));
+    QVERIFY2(differences.contains(difference), qPrintable(differences.join(u'\n')));
+}
+
+QTEST_APPLESS_MAIN(ContractPageTest)
+#include "tst_contractpage.moc"
