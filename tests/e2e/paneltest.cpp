@@ -27,7 +27,7 @@ QString withRoundedGains(const QString &text)
 
 void PanelTest::initTestCase()
 {
-    QVERIFY2(m_desktop.startPrivate(), qPrintable(m_desktop.errorString()));
+    QVERIFY2(m_desktop.startPrivate(screenSize()), qPrintable(m_desktop.errorString()));
     m_pointer = std::make_unique<Pointer>(m_desktop.environment());
     m_tray = std::make_unique<Tray>(m_desktop.windows(), *m_pointer);
     m_lane = Lane::fromEnvironment(m_desktop);

@@ -21,6 +21,9 @@ private slots:
     void cleanupTestCase();
 
 protected:
+    /// Of the display, in pixels.
+    virtual QSize screenSize() const { return {1280, 800}; }
+
     /// Starts the panel and waits for its tray icon.
     bool start(const QString &locale = QStringLiteral("en_US"));
     /// Waits for a copy that was started otherwise.

@@ -36,10 +36,10 @@ bool Desktop::useExisting()
     return (userHasWayland() && !userHasX()) || connectTo(qEnvironmentVariable("DISPLAY"));
 }
 
-bool Desktop::startPrivate()
+bool Desktop::startPrivate(QSize size)
 {
     m_private = true;
-    return startServer() && startWindowManager();
+    return startServer(size) && startWindowManager();
 }
 
 bool Desktop::ensureTray()
@@ -88,12 +88,17 @@ bool Desktop::connectTo(const QString &name)
         || fail(QStringLiteral("no X server answers on display '%1'").arg(name));
 }
 
-bool Desktop::startServer()
+bool Desktop::startServer(QSize size)
 {
-    const QStringList arguments{QStringLiteral("-displayfd"),  QStringLiteral("1"),
-                                QStringLiteral("-screen"),     QStringLiteral("0"),
-                                QStringLiteral("1280x800x24"), QStringLiteral("-nolisten"),
-                                QStringLiteral("tcp"),         QStringLiteral("-noreset")};
+    const QString screen = QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height());
+    const QStringList arguments{QStringLiteral("-displayfd"),
+                                QStringLiteral("1"),
+                                QStringLiteral("-screen"),
+                                QStringLiteral("0"),
+                                screen,
+                                QStringLiteral("-nolisten"),
+                                QStringLiteral("tcp"),
+                                QStringLiteral("-noreset")};
     if (!startProgram(QStringLiteral("Xvfb"), arguments))
         return false;
     ChildProcess *const server = m_programs.back().get();

@@ -24,8 +24,8 @@ public:
     /// Uses the user's display as it is. In a Wayland session without X there are no windows() to
     /// look at, and the tray is the session's own affair.
     bool useExisting();
-    /// Starts an X server without a screen, 1280x800, with a window manager.
-    bool startPrivate();
+    /// Starts an X server without a screen, of @p size pixels, with a window manager.
+    bool startPrivate(QSize size = {1280, 800});
     /// Starts a system tray if the display has none.
     bool ensureTray();
     /// Why the last operation returned false.
@@ -43,7 +43,7 @@ public:
 
 private:
     bool connectTo(const QString &name);
-    bool startServer();
+    bool startServer(QSize size);
     bool startWindowManager();
     bool startProgram(const QString &program, const QStringList &arguments);
     bool fail(const QString &why);

@@ -71,6 +71,12 @@ CommandResult HostLane::asio(const QStringList &arguments)
     return runCommand(programs().asio, arguments, environment());
 }
 
+bool HostLane::setScale(double scale)
+{
+    m_scale = scale;
+    return true;
+}
+
 /// Each writes down what it was called with.
 bool HostLane::provideWindowsPrograms()
 {
@@ -171,6 +177,7 @@ QProcessEnvironment HostLane::panelEnvironment(const QString &locale) const
     }
     environment.insert(QStringLiteral("PATH"),
                        windowsFolder() + u':' + environment.value(QStringLiteral("PATH")));
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(m_scale));
     environment.insert(QStringLiteral("LANG"), locale);
     environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), sub(QStringLiteral("data")));

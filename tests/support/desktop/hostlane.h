@@ -17,6 +17,7 @@ public:
     bool bringsOwnTray() const override { return false; }
     bool open() override;
     CommandResult asio(const QStringList &arguments) override;
+    bool setScale(double scale) override;
     bool provideWindowsPrograms() override;
     bool hasRestartedShell() const override;
     QString settingsFolder() const override;
@@ -39,6 +40,7 @@ private:
 
     QTemporaryDir m_temporary;
     QString m_folder;
+    double m_scale = 1;
     ChildProcess m_simulatorProcess;
 };
 

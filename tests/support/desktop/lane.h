@@ -35,6 +35,9 @@ public:
     virtual bool open() = 0;
     QString errorString() const { return m_error; }
 
+    /// The size of everything on the screen, 1 for 100 %, for panels started from then on.
+    virtual bool setScale(double scale) = 0;
+
     /// Starts a copy of the panel; null (see errorString()) when it does not start.
     /// @p locale is for example "en_US".
     std::unique_ptr<PanelProgram> launch(const QString &locale = QStringLiteral("en_US"));
@@ -45,8 +48,8 @@ public:
     /// Runs the program that plays the ASIO driver to its end.
     virtual CommandResult asio(const QStringList &arguments) = 0;
 
-    /// Gives the panel the programs of Windows that its tray menu starts: stand-ins, where there are
-    /// no real ones. To be called before launch().
+    /// Gives the panel the programs of Windows that its tray menu starts: stand-ins, where there
+    /// are no real ones. To be called before launch().
     virtual bool provideWindowsPrograms() = 0;
     /// Whether Windows' shell was ended and started anew at the panel's request.
     virtual bool hasRestartedShell() const = 0;

@@ -45,6 +45,18 @@ CommandResult WineLane::asio(const QStringList &arguments)
     return wine(QStringList(programs().asio) + arguments);
 }
 
+bool WineLane::setScale(double scale)
+{
+    constexpr int dotsPerInchAtFullSize = 96;
+    const CommandResult set =
+        wine({QStringLiteral("reg"), QStringLiteral("add"),
+              QStringLiteral("HKCU\\Control Panel\\Desktop"), QStringLiteral("/v"),
+              QStringLiteral("LogPixels"), QStringLiteral("/t"), QStringLiteral("REG_DWORD"),
+              QStringLiteral("/d"), QString::number(qRound(scale * dotsPerInchAtFullSize)),
+              QStringLiteral("/f")});
+    return set.succeeded() || fail(QString::fromLocal8Bit(set.errorOutput));
+}
+
 /// The shell that starts with Wine is a tray only; a new one shows its folders.
 bool WineLane::hasRestartedShell() const
 {

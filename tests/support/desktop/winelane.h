@@ -16,6 +16,7 @@ public:
     bool bringsOwnTray() const override { return true; }
     bool open() override;
     CommandResult asio(const QStringList &arguments) override;
+    bool setScale(double scale) override;
     bool provideWindowsPrograms() override { return true; }
     bool hasRestartedShell() const override;
     QString settingsFolder() const override;

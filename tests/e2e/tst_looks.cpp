@@ -1,0 +1,136 @@
+#include "paneltest.h"
+#include "waiting.h"
+
+#include <QDir>
+#include <QTest>
+
+#include <algorithm>
+
+namespace {
+
+/// A model's panel at full size, whatever the platform; fonts differ a little.
+struct Look {
+    const char *model;
+    int buttons;
+    QSize size;
+    /// Of the knobs' centres, in the order of PanelPicture.
+    QList<QPoint> knobs;
+};
+
+// From the smallest to the largest: a window that has grown does not shrink again.
+const QList<Look> looks{
+    {"rm", 3, {377, 248}, {{79, 101}, {275, 99}}},
+    {"rx1", 6, {391, 322}, {{79, 106}, {282, 99}, {227, 266}}},
+    {"rx2", 10, {762, 322}, {{79, 99}, {235, 99}, {437, 99}, {383, 266}, {653, 99}, {598, 266}}},
+};
+
+// Pixels, summed over both directions.
+constexpr int fontTolerance = 30;
+
+constexpr QSize largestScreen(1920, 1200);
+
+bool areClose(int one, int other, int tolerance)
+{
+    return qAbs(one - other) <= tolerance;
+}
+
+} // namespace
+
+/// How every window looks in both languages and on screens of every resolution. The pictures stay,
+/// in the folder that VESMORA_PICTURES names.
+class tst_Looks : public PanelTest
+{
+    Q_OBJECT
+
+private slots:
+    void everyWindow_data();
+    void everyWindow();
+
+protected:
+    QSize screenSize() const override { return largestScreen; }
+
+private:
+    void keepPicture(const WindowInfo &window, const QString &name);
+    void verifyPanel(const Look &look, double scale);
+
+    QString m_folder;
+};
+
+void tst_Looks::everyWindow_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<int>("percent");
+    for (const auto &locale : {QStringLiteral("en_US"), QStringLiteral("zh_CN")}) {
+        for (const int percent : {100, 150, 200})
+            QTest::addRow("%s at %d %%", qPrintable(locale), percent) << locale << percent;
+    }
+}
+
+void tst_Looks::everyWindow()
+{
+    QFETCH(QString, locale);
+    QFETCH(int, percent);
+    m_folder = QStringLiteral("%1/%2-%3")
+                   .arg(qEnvironmentVariable("VESMORA_PICTURES"), locale)
+                   .arg(percent);
+    QVERIFY(QDir().mkpath(m_folder));
+    QVERIFY(lane().setScale(percent / 100.0));
+    QVERIFY(start(locale));
+    QVERIFY(tray().openMenu());
+    keepPicture(*tray().menu(), QStringLiteral("tray-menu"));
+    QVERIFY(pointer().key(QStringLiteral("Escape")));
+    QVERIFY(waitUntil([this] { return !tray().menu(); }));
+    QVERIFY(openWindow());
+    keepPicture(*window(), QStringLiteral("not-connected"));
+
+    for (const Look &look : looks) {
+        QVERIFY(plug(QString::fromLatin1(look.model)));
+        verifyPanel(look, percent / 100.0);
+        if (QTest::currentTestFailed())
+            return;
+        keepPicture(*window(), QString::fromLatin1(look.model));
+        QVERIFY(unplug());
+    }
+
+    const auto settings = [this] {
+        return desktop().windows().visibleWindow(QStringLiteral("Settings"));
+    };
+    QVERIFY(tray().choose(Tray::Setup));
+    QVERIFY(waitUntil([&] { return settings().has_value(); }));
+    keepPicture(*settings(), QStringLiteral("settings"));
+}
+
+/// Waits until the window no longer changes, and saves it.
+void tst_Looks::keepPicture(const WindowInfo &window, const QString &name)
+{
+    QImage before;
+    QImage now;
+    QVERIFY(waitUntil([&] {
+        before = std::exchange(now, desktop().windows().picture(window.area));
+        return !now.isNull() && now == before;
+    }));
+    const QString path = m_folder + u'/' + name + QStringLiteral(".png");
+    QVERIFY2(now.save(path), qPrintable(path));
+}
+
+void tst_Looks::verifyPanel(const Look &look, double scale)
+{
+    const QSize expected = look.size * scale;
+    const auto isRightSize = [&] {
+        const QSize size = window()->area.size();
+        return areClose(size.width(), expected.width(), expected.width() / 12)
+            && areClose(size.height(), expected.height(), expected.height() / 12);
+    };
+    QVERIFY2(waitUntil(isRightSize), look.model);
+    if (scale != 1)
+        return;
+    const PanelPicture found = pictureWith(int(look.knobs.size()), look.buttons);
+    QCOMPARE(found.knobs().size(), look.knobs.size());
+    for (qsizetype i = 0; i < look.knobs.size(); ++i) {
+        const QPoint way = found.knobs().at(i).centre - window()->area.topLeft() - look.knobs.at(i);
+        QVERIFY2(way.manhattanLength() <= fontTolerance, qPrintable(QString::number(i)));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_Looks)
+#include "tst_looks.moc"
