@@ -19,6 +19,8 @@ public:
     CommandResult asio(const QStringList &arguments) override;
     bool provideWindowsPrograms() override;
     bool hasRestartedShell() const override;
+    std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) override;
+    IniLayout iniLayout() const override { return IniLayout::Sorted; }
     QString settingsFolder() const override;
 
 protected:

@@ -18,6 +18,8 @@ public:
     CommandResult asio(const QStringList &arguments) override;
     bool provideWindowsPrograms() override { return true; }
     bool hasRestartedShell() const override;
+    std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) override;
+    IniLayout iniLayout() const override { return IniLayout::OrderOfWriting; }
     QString settingsFolder() const override;
 
 protected:
