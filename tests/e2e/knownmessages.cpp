@@ -60,6 +60,7 @@ const QStringList beginnings{
     QStringLiteral("设置音频采样率为："),
     QStringLiteral("音频采样率设置已保存："),
     QStringLiteral("设置采样频率完成"),
+    QStringLiteral("USB慢速模式设置已保存："),
     QStringLiteral("停止音频成功，开始加载控件状态"),
     QStringLiteral("设置初始化完成"),
     // The link to the ASIO driver

@@ -7,20 +7,25 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
+
 namespace {
 
-/// Math libraries disagree about the last bit of a power, so gains count to twelve digits.
-QString withRoundedGains(const QString &text)
+/// Without the meter reads, which come at their own time.
+QList<RecordEntry> ofHandle(QList<RecordEntry> entries, int handle)
 {
-    QStringList words = text.split(u' ');
-    for (QString &word : words) {
-        const qsizetype sign = word.indexOf(u'=');
-        bool isNumber = false;
-        const double gain = word.mid(sign + 1).toDouble(&isNumber);
-        if (sign >= 0 && isNumber)
-            word = word.left(sign + 1) + QString::number(gain, 'g', 12);
-    }
-    return words.join(u' ');
+    entries.removeIf([handle](const RecordEntry &entry) {
+        return entry.handle() != handle || entry.command() == QStringLiteral("readMeterData");
+    });
+    return entries;
+}
+
+QStringList texts(const QList<RecordEntry> &entries)
+{
+    QStringList texts;
+    for (const RecordEntry &entry : entries)
+        texts << entry.text();
+    return texts;
 }
 
 } // namespace
@@ -40,6 +45,7 @@ void PanelTest::init()
 {
     QVERIFY2(simulator().reset(), qPrintable(simulator().errorString()));
     QVERIFY(lane().clearSettings());
+    m_expectedMessages.clear();
 }
 
 void PanelTest::cleanup()
@@ -48,7 +54,8 @@ void PanelTest::cleanup()
         return;
     if (QTest::currentTestFailed())
         explainFailure();
-    const QStringList unknown = unknownMessages(log().lines());
+    QStringList unknown = unknownMessages(log().lines());
+    unknown.removeIf([this](const QString &line) { return m_expectedMessages.contains(line); });
     m_panel.reset();
     QVERIFY(waitUntil([this] { return m_tray->icons().isEmpty(); }));
     QVERIFY2(unknown.isEmpty(), qPrintable(unknown.join(u'\n')));
@@ -139,25 +146,24 @@ PanelPicture PanelTest::pictureWith(int knobs, int buttons) const
 
 QStringList PanelTest::sentBesides(const QString &command)
 {
-    QStringList texts;
-    const QList<RecordEntry> entries = entriesBesides(command);
-    for (const RecordEntry &entry : entries)
-        texts << withRoundedGains(entry.text());
-    return texts;
+    return texts(entriesBesides(command));
+}
+
+QStringList PanelTest::sentThrough(int handle)
+{
+    return texts(entriesThrough(handle));
 }
 
 QList<RecordEntry> PanelTest::entriesBesides(const QString &command)
 {
     const QList<RecordEntry> all = simulator().record();
-    int handle = 0;
-    for (const RecordEntry &entry : all) {
-        if (entry.command() == command)
-            handle = entry.handle();
-    }
-    QList<RecordEntry> own = all;
-    own.removeIf([&](const RecordEntry &entry) {
-        return handle == 0 || entry.handle() != handle
-            || entry.command() == QStringLiteral("readMeterData");
+    const auto last = std::find_if(all.crbegin(), all.crend(), [&](const RecordEntry &entry) {
+        return entry.command() == command;
     });
-    return own;
+    return last == all.crend() ? QList<RecordEntry>() : ofHandle(all, last->handle());
+}
+
+QList<RecordEntry> PanelTest::entriesThrough(int handle)
+{
+    return ofHandle(simulator().record(), handle);
 }

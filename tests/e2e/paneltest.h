@@ -37,7 +37,7 @@ protected:
 
     Lane &lane() { return *m_lane; }
     SimulatorControl &simulator() { return m_lane->simulator(); }
-    Desktop &desktop() { return m_desktop; }
+    const Desktop &desktop() const { return m_desktop; }
     Tray &tray() { return *m_tray; }
     Pointer &pointer() { return *m_pointer; }
     const PanelProgram &panel() const { return *m_panel; }
@@ -48,15 +48,21 @@ protected:
     /// Waits until the window shows that many controls; an empty picture if it never does.
     PanelPicture pictureWith(int knobs, int buttons) const;
 
-    /// What the handle that sent @p command last did, as texts, without meter reads. Gains are
-    /// rounded to twelve digits.
+    /// What the handle that sent @p command last did, as texts, without meter reads.
     QStringList sentBesides(const QString &command);
     QList<RecordEntry> entriesBesides(const QString &command);
+    /// What one handle of the driver did, as sentBesides().
+    QStringList sentThrough(int handle);
+
+    /// Lets @p lines pass in this test, however often: messages that tell of a fault.
+    void expectMessages(const QStringList &lines) { m_expectedMessages << lines; }
 
 private:
     void explainFailure();
+    QList<RecordEntry> entriesThrough(int handle);
 
     Desktop m_desktop;
+    QStringList m_expectedMessages;
     // In this order: the panel ends before its lane, and that before the display.
     std::unique_ptr<Lane> m_lane;
     std::unique_ptr<PanelProgram> m_panel;

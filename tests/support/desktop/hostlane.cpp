@@ -98,6 +98,11 @@ bool HostLane::hasRestartedShell() const
         && called.readAll() == "/c taskkill /f /im explorer.exe && start explorer.exe";
 }
 
+std::unique_ptr<ChildProcess> HostLane::startAsio(const QStringList &arguments)
+{
+    return startBeside(programs().asio, arguments, environment());
+}
+
 CommandResult HostLane::simctl(const QStringList &arguments)
 {
     return runCommand(programs().simctl, arguments, environment());

@@ -20,6 +20,8 @@ public:
     bool setScale(double scale) override;
     bool provideWindowsPrograms() override;
     bool hasRestartedShell() const override;
+    std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) override;
+    IniLayout iniLayout() const override { return IniLayout::Sorted; }
     QString settingsFolder() const override;
 
 protected:

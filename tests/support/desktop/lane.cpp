@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -76,6 +77,18 @@ std::unique_ptr<PanelProgram> Lane::launchProgram(const QString &program, const 
     return panel;
 }
 
+std::unique_ptr<ChildProcess> Lane::startBeside(const QString &program,
+                                                const QStringList &arguments,
+                                                const QProcessEnvironment &environment)
+{
+    auto process = std::make_unique<ChildProcess>();
+    process->setProcessEnvironment(environment);
+    if (process->launch(program, arguments))
+        return process;
+    fail(QStringLiteral("%1: %2").arg(program, process->errorString()));
+    return nullptr;
+}
+
 QString Lane::settingsFile(const QString &name) const
 {
     return settingsFolder() + u'/' + name;
@@ -84,6 +97,21 @@ QString Lane::settingsFile(const QString &name) const
 QVariant Lane::setting(const QString &file, const QString &key) const
 {
     return QSettings(settingsFile(file), QSettings::IniFormat).value(key);
+}
+
+QByteArray Lane::settingsContents(const QString &file) const
+{
+    QFile contents(settingsFile(file));
+    return contents.open(QIODevice::ReadOnly) ? contents.readAll() : QByteArray();
+}
+
+bool Lane::writeSettings(const QString &file, const QStringList &entries)
+{
+    // As written on Windows, so that the order is the given one; every lane can read that.
+    const QByteArray text = iniFile(entries, IniLayout::OrderOfWriting);
+    QFile contents(settingsFile(file));
+    return QDir().mkpath(settingsFolder()) && contents.open(QIODevice::WriteOnly)
+        && contents.write(text) == text.size();
 }
 
 bool Lane::clearSettings()

@@ -2,6 +2,7 @@
 #define LANE_H
 
 #include "desktop.h"
+#include "inifile.h"
 #include "panelprogram.h"
 #include "simulatorcontrol.h"
 
@@ -47,6 +48,8 @@ public:
     SimulatorControl &simulator() { return m_simulator; }
     /// Runs the program that plays the ASIO driver to its end.
     virtual CommandResult asio(const QStringList &arguments) = 0;
+    /// Starts that program beside us; null (see errorString()) when it does not start.
+    virtual std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) = 0;
 
     /// Gives the panel the programs of Windows that its tray menu starts: stand-ins, where there
     /// are no real ones. To be called before launch().
@@ -59,6 +62,12 @@ public:
     QString settingsFile(const QString &name) const;
     /// The value of a key in an INI file as it is on disk now; invalid when there is none.
     QVariant setting(const QString &file, const QString &key) const;
+    /// An INI file as it is on disk now; empty when there is none.
+    QByteArray settingsContents(const QString &file) const;
+    /// How the panel of this lane writes its INI files.
+    virtual IniLayout iniLayout() const = 0;
+    /// Puts an INI file there, its entries, "Section/Key=Value", in this order.
+    bool writeSettings(const QString &file, const QStringList &entries);
     /// Forgets all settings, as before the first start.
     bool clearSettings();
 
@@ -72,6 +81,8 @@ protected:
     /// A folder of ours for copies of programs.
     virtual QString scratchFolder() const = 0;
 
+    std::unique_ptr<ChildProcess> startBeside(const QString &program, const QStringList &arguments,
+                                              const QProcessEnvironment &environment);
     const Desktop &desktop() const { return m_desktop; }
     const LanePrograms &programs() const { return m_programs; }
     bool fail(const QString &why);

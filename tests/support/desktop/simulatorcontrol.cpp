@@ -66,6 +66,19 @@ bool SimulatorControl::clearFaults()
     return run({QStringLiteral("clear-faults")});
 }
 
+bool SimulatorControl::setLevels(const QList<qint32> &levels)
+{
+    QStringList arguments{QStringLiteral("meter")};
+    for (qsizetype i = 0; i < levels.size(); ++i)
+        arguments << QStringLiteral("%1=%2").arg(i).arg(levels.at(i));
+    return run(arguments);
+}
+
+bool SimulatorControl::setValue(const QString &name, int value)
+{
+    return run({QStringLiteral("set"), name, QString::number(value)});
+}
+
 bool SimulatorControl::setFirmware(const QString &version)
 {
     return run({QStringLiteral("firmware"), version});

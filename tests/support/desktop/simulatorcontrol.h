@@ -48,6 +48,10 @@ public:
     /// Lets the next @p count requests of @p command fail; 0 stands for all.
     bool fail(const QString &command, int count);
     bool clearFaults();
+    /// The signed peak values at the beginning of the meter record; later ones stay as they are.
+    bool setLevels(const QList<qint32> &levels);
+    /// @p name is "rate", "buffer" or "latency".
+    bool setValue(const QString &name, int value);
     bool setFirmware(const QString &version);
 
     QList<RecordEntry> record();

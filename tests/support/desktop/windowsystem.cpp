@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -82,6 +83,32 @@ void WindowSystem::close(WindowId window) const
     xcb_send_event(m_connection.get(), 0, window, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char *>(&message));
     xcb_flush(m_connection.get());
+}
+
+void WindowSystem::minimise(WindowId window) const
+{
+    constexpr quint32 iconicState = 3;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("WM_CHANGE_STATE");
+    message.data.data32[0] = iconicState;
+    xcb_send_event(m_connection.get(), 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    xcb_flush(m_connection.get());
+}
+
+bool WindowSystem::isAbove(WindowId upper, WindowId lower) const
+{
+    // A window comes after everything that is inside the ones below it.
+    const QList<WindowInfo> all = windows();
+    const auto place = [&](WindowId id) {
+        return std::find_if(all.cbegin(), all.cend(),
+                            [id](const WindowInfo &window) { return window.id == id; });
+    };
+    return place(upper) != all.cend() && place(lower) < place(upper);
 }
 
 QImage WindowSystem::picture(const QRect &area) const

@@ -44,6 +44,10 @@ public:
 
     /// Asks the window to close as its frame's close button does.
     void close(WindowId window) const;
+    /// Asks the window manager to turn the window into an icon.
+    void minimise(WindowId window) const;
+    /// Whether @p upper is stacked above @p lower.
+    bool isAbove(WindowId upper, WindowId lower) const;
     /// What the screen shows there; a null image when @p area is outside.
     QImage picture(const QRect &area) const;
 

@@ -63,6 +63,12 @@ bool WineLane::hasRestartedShell() const
     return desktop().windows().visibleWindow(QStringLiteral("Desktop")).has_value();
 }
 
+std::unique_ptr<ChildProcess> WineLane::startAsio(const QStringList &arguments)
+{
+    return startBeside(QStringLiteral("wine"), QStringList(programs().asio) + arguments,
+                       environment());
+}
+
 CommandResult WineLane::simctl(const QStringList &arguments)
 {
     CommandResult result = wine(QStringList(programs().simctl) + arguments);

@@ -19,6 +19,8 @@ public:
     bool setScale(double scale) override;
     bool provideWindowsPrograms() override { return true; }
     bool hasRestartedShell() const override;
+    std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) override;
+    IniLayout iniLayout() const override { return IniLayout::OrderOfWriting; }
     QString settingsFolder() const override;
 
 protected:
