@@ -10,7 +10,6 @@ class tst_Tray : public PanelTest
     Q_OBJECT
 
 private slots:
-    void init();
     void upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn_data();
     void upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn();
     void upgradeFirmwareWithoutAnInterfaceSaysSoInTheLog();
@@ -18,12 +17,6 @@ private slots:
     // Last, because where Windows is a real one it takes the task bar with it.
     void refreshAudioDeviceStartsTheShellAnew();
 };
-
-void tst_Tray::init()
-{
-    PanelTest::init();
-    QVERIFY(lane().provideWindowsPrograms());
-}
 
 void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn_data()
 {
@@ -59,6 +52,7 @@ void tst_Tray::winSoundPannelOpensWindowsOwn()
 {
     const QString message = QStringLiteral("声音设置面板已打开。");
     expectMessages({message});
+    QVERIFY(lane().provideWindowsPrograms());
     QVERIFY(start());
     QVERIFY(tray().choose(Tray::SoundPanel));
     QVERIFY(log().waitFor(message));
@@ -69,6 +63,7 @@ void tst_Tray::refreshAudioDeviceStartsTheShellAnew()
 {
     const QString message = QStringLiteral("资源管理器已成功重启");
     expectMessages({message});
+    QVERIFY(lane().provideWindowsPrograms());
     QVERIFY(start());
     QVERIFY(!lane().hasRestartedShell());
     QVERIFY(tray().choose(Tray::RefreshAudioDevice));
