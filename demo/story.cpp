@@ -1,6 +1,7 @@
 #include "story.h"
 
 #include "interruption.h"
+#include "settingspicture.h"
 #include "waiting.h"
 
 #include <QDir>
@@ -26,7 +27,7 @@ Story::Story(const ModelStory &model, const LanePrograms &programs, const QStrin
 bool Story::play(const QString &locale)
 {
     return prepare() && dockIcon(locale) && openWindow() && plug() && useControls() && unplug()
-        && plugAgain() && openSettings() && saveRecord() && quit();
+        && plugAgain() && openSettings() && changeSampleRate() && saveRecord() && quit();
 }
 
 bool Story::prepare()
@@ -152,18 +153,45 @@ bool Story::openSettings()
     // The fifth word of the message asks for the window.
     const QStringList request{QStringLiteral("send"), QStringLiteral("0"), QStringLiteral("0"),
                               QStringLiteral("0"),    QStringLiteral("0"), QStringLiteral("1")};
-    if (m_programs.asio.isEmpty())
-        return true;
     const CommandResult sent = m_lane->asio(request);
     if (!sent.succeeded())
         return fail(QString::fromUtf8(sent.errorOutput).trimmed());
-    return expect(
-               QStringLiteral("the settings window"),
-               [this] {
-                   return m_desktop.windows().visibleWindow(QStringLiteral("Settings")).has_value();
-               })
+    return expect(QStringLiteral("the settings window"),
+                  [this] { return settingsWindow().has_value(); })
         && saw(QStringLiteral("the ASIO driver asked for the settings window"),
                QStringLiteral("settings"));
+}
+
+/// Turns the wheel by one notch, which chooses the second rate.
+bool Story::changeSampleRate()
+{
+    constexpr int sampleRate = 2; // of the choices from the top
+    const WindowInfo dialog = *settingsWindow();
+    SettingsPicture picture;
+    const auto showsChoices = [&] {
+        picture = SettingsPicture(m_desktop.windows().picture(dialog.area), dialog.area.topLeft());
+        return picture.choices().size() > sampleRate;
+    };
+    if (!expect(QStringLiteral("the choices of the settings window"), showsChoices))
+        return false;
+    const qsizetype before = m_lane->simulator().record().size();
+    if (!m_pointer->wheel(picture.choices().at(sampleRate), -1))
+        return fail(QStringLiteral("the mouse cannot reach the sample rate"));
+    return expect(QStringLiteral("\"setSampleRate 48000\" at the interface"),
+                  [&] { return hasReceived(QStringLiteral("setSampleRate 48000"), before); })
+        && expect(QStringLiteral("48000 in the settings file"),
+                  [this] {
+                      return m_lane
+                                 ->setting(QStringLiteral("setting.ini"),
+                                           QStringLiteral("Audio/SampleRate"))
+                                 .toInt()
+                          == 48000;
+                  })
+        && expect(QStringLiteral("the restarted USB audio"),
+                  [&] { return hasReceived(QStringLiteral("initAudio"), before); })
+        && saw(QStringLiteral("sample rate changed: Audio/SampleRate=48000, the interface got "
+                              "\"setSampleRate 48000\" and started anew"),
+               QStringLiteral("sample-rate"));
 }
 
 bool Story::quit()
@@ -218,6 +246,11 @@ bool Story::showsNoPanel() const
 std::optional<WindowInfo> Story::window() const
 {
     return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
+}
+
+std::optional<WindowInfo> Story::settingsWindow() const
+{
+    return m_desktop.windows().visibleWindow(QStringLiteral("Settings"));
 }
 
 PanelPicture Story::picture() const

@@ -29,6 +29,7 @@ private:
     bool unplug();
     bool plugAgain();
     bool openSettings();
+    bool changeSampleRate();
     bool quit();
 
     bool prepare();
@@ -40,6 +41,7 @@ private:
     bool showsNoPanel() const;
     std::optional<WindowInfo> window() const;
     PanelPicture picture() const;
+    std::optional<WindowInfo> settingsWindow() const;
 
     /// Waits for @p condition; says what did not happen when it stays away.
     bool expect(const QString &what, const std::function<bool()> &condition);
