@@ -9,6 +9,11 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 # The cross-built Qt decompresses no zstd.
 set(CMAKE_AUTORCC_OPTIONS "--no-zstd")
 
+# One commit makes one program, whenever it is built.
+if(WIN32)
+    add_link_options(LINKER:--no-insert-timestamp)
+endif()
+
 set(VESMORA_SANITIZERS "" CACHE STRING "Sanitizers for our code and everything linked with it, e.g. address,undefined")
 
 add_library(vesmora_warnings INTERFACE)
