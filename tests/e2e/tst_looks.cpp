@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QTest>
 
-#include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -15,17 +15,39 @@ struct Look {
     QSize size;
     /// Of the knobs' centres, in the order of PanelPicture.
     QList<QPoint> knobs;
+    /// What it starts with, so that the pictures show more than defaults.
+    QStringList settings;
 };
 
 // From the smallest to the largest: a window that has grown does not shrink again.
 const QList<Look> looks{
-    {"rm", 3, {377, 248}, {{79, 101}, {275, 99}}},
-    {"rx1", 6, {391, 322}, {{79, 106}, {282, 99}, {227, 266}}},
-    {"rx2", 10, {762, 322}, {{79, 99}, {235, 99}, {437, 99}, {383, 266}, {653, 99}, {598, 266}}},
+    {"rm",
+     3,
+     {377, 248},
+     {{79, 101}, {275, 99}},
+     {"Dial/MicValue=36", "Dial/HeadphoneValue=-18", "Button/MonitorMicIsChecked=true"}},
+    {"rx1",
+     6,
+     {391, 322},
+     {{79, 106}, {282, 99}, {227, 266}},
+     {"Dial/MicValue=28", "Dial/HeadphoneValue=-18", "Dial/OtgToHpValue=-12",
+      "Button/Mic48VIsChecked=true", "Button/MonitorMicIsChecked=true",
+      "Button/HeadphoneDimIsChecked=true"}},
+    {"rx2",
+     10,
+     {762, 322},
+     {{79, 99}, {235, 99}, {437, 99}, {383, 266}, {653, 99}, {598, 266}},
+     {"Dial/Mic1Value=28", "Dial/Mic2Value=14", "Dial/SpeakerValue=-24", "Dial/HeadphoneValue=-18",
+      "Dial/OtgToHpValue=-12", "Dial/OtgToSPValue=-20", "Button/Mic148VIsChecked=true",
+      "Button/MonitorMic2IsChecked=true", "Button/SpeakerMuteIsChecked=true"}},
 };
 
 // Pixels, summed over both directions.
 constexpr int fontTolerance = 30;
+
+// About -20 dB at every meter.
+constexpr int meters = 64;
+constexpr qint32 level = std::numeric_limits<qint32>::max() / 10;
 
 constexpr QSize largestScreen(1920, 1200);
 
@@ -84,11 +106,14 @@ void tst_Looks::everyWindow()
     keepPicture(*window(), QStringLiteral("not-connected"));
 
     for (const Look &look : looks) {
-        QVERIFY(plug(QString::fromLatin1(look.model)));
+        const QString model = QString::fromLatin1(look.model);
+        QVERIFY(lane().writeSettings(model + QStringLiteral(".ini"), look.settings));
+        QVERIFY(simulator().setLevels(QList<qint32>(meters, level)));
+        QVERIFY(plug(model));
         verifyPanel(look, percent / 100.0);
         if (QTest::currentTestFailed())
             return;
-        keepPicture(*window(), QString::fromLatin1(look.model));
+        keepPicture(*window(), model);
         QVERIFY(unplug());
     }
 

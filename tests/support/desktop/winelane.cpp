@@ -27,6 +27,9 @@ WineLane::WineLane(const Desktop &desktop, const LanePrograms &programs)
 
 WineLane::~WineLane()
 {
+    // The prefix is kept, for others.
+    if (m_isScaled)
+        setScale(1);
     // Ends every Windows program of this prefix, and only of this one.
     runCommand(QStringLiteral("wineserver"), {QStringLiteral("-k")}, environment());
     runCommand(QStringLiteral("wineserver"), {QStringLiteral("-w")}, environment());
@@ -48,6 +51,7 @@ CommandResult WineLane::asio(const QStringList &arguments)
 bool WineLane::setScale(double scale)
 {
     constexpr int dotsPerInchAtFullSize = 96;
+    m_isScaled = true;
     const CommandResult set =
         wine({QStringLiteral("reg"), QStringLiteral("add"),
               QStringLiteral("HKCU\\Control Panel\\Desktop"), QStringLiteral("/v"),

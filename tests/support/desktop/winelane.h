@@ -39,6 +39,7 @@ private:
 
     QTemporaryDir m_temporary;
     QString m_prefix;
+    bool m_isScaled = false;
     // Waits for input that never comes.
     ChildProcess m_keeper;
 };
