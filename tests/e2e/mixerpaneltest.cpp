@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -146,14 +147,31 @@ void MixerPanelTest::turnByWheelAndHand(const KnobModel &knob)
     QVERIFY2(expectValues(knob, first, {first + 1, first + 2, first + 3}), knob.name);
     QVERIFY2(pointer().wheel(centre, -3), knob.name);
     QVERIFY2(expectValues(knob, first + 3, {first + 2, first + 1, first}), knob.name);
+    dragBySteps(knob, centre);
+}
+
+void MixerPanelTest::dragBySteps(const KnobModel &knob, QPoint centre)
+{
+    struct Step {
+        QPoint to;
+        int value;
+    };
     // The first move counts from the knob's corner, so it goes down and right: one down, one up.
     // Then two up, one up and right, one left.
-    QVERIFY2(
-        pointer().drag({centre, centre + QPoint(0, -4), centre + QPoint(0, -8),
-                        centre + QPoint(0, -12), centre + QPoint(4, -16), centre + QPoint(0, -16)}),
-        knob.name);
-    QVERIFY2(expectValues(knob, first, {first, first + 1, first + 2, first + 4, first + 3}),
-             knob.name);
+    const int first = knob.stored;
+    const Step steps[] = {{{0, -4}, first},
+                          {{0, -8}, first + 1},
+                          {{0, -12}, first + 2},
+                          {{4, -16}, first + 4},
+                          {{0, -16}, first + 3}};
+    int last = first;
+    QVERIFY2(pointer().press(centre), knob.name);
+    for (const Step &step : steps) {
+        // One move at a time: moves that nobody has seen yet become one.
+        QVERIFY2(pointer().moveTo(centre + step.to), knob.name);
+        QVERIFY2(expectValues(knob, std::exchange(last, step.value), {step.value}), knob.name);
+    }
+    QVERIFY2(pointer().release(), knob.name);
 }
 
 void MixerPanelTest::setToTheEnds(const KnobModel &knob)

@@ -42,6 +42,7 @@ protected:
 
 private:
     void turnByWheelAndHand(const KnobModel &knob);
+    void dragBySteps(const KnobModel &knob, QPoint centre);
     void setToTheEnds(const KnobModel &knob);
     void press(const ButtonModel &button, bool on);
     bool expectValues(const KnobModel &knob, int from, const QList<int> &values);
