@@ -42,9 +42,11 @@ protected:
 
 private:
     void turnByWheelAndHand(const KnobModel &knob);
+    void dragBySteps(const KnobModel &knob, QPoint centre);
     void setToTheEnds(const KnobModel &knob);
     void press(const ButtonModel &button, bool on);
     bool expectValues(const KnobModel &knob, int from, const QList<int> &values);
+    int valueByHand(const KnobModel &knob) const;
     bool turnedBecomes(int place, double least, double most);
     QImage stillPicture();
     QList<int> knobsWithChangedNumbers(const QImage &before) const;

@@ -55,14 +55,15 @@ bool Pointer::wheel(QPoint point, int notches)
                << QStringLiteral("40") << QString::number(notches > 0 ? 4 : 5));
 }
 
-bool Pointer::drag(const QList<QPoint> &way)
+bool Pointer::press(QPoint point)
 {
-    QStringList gesture{QStringLiteral("mousedown"), QStringLiteral("1")};
-    // One motion at a time: the server merges motions that nobody has seen yet.
-    for (const QPoint &point : way.sliced(1))
-        gesture << moveArguments(point) << QStringLiteral("sleep") << QStringLiteral("0.05");
-    gesture << QStringLiteral("mouseup") << QStringLiteral("1");
-    return clickApart(way.first(), gesture);
+    return clickApart(point, {QStringLiteral("mousedown"), QStringLiteral("1")});
+}
+
+bool Pointer::release()
+{
+    m_sinceLastClick.start();
+    return run({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
 bool Pointer::type(const QString &text)

@@ -24,8 +24,9 @@ public:
     bool doubleClick(QPoint point);
     /// @p notches of the wheel, away from the user when positive.
     bool wheel(QPoint point, int notches);
-    /// Presses at the first point, moves over the others and releases at the last.
-    bool drag(const QList<QPoint> &way);
+    /// The left button goes down at a point, and up again elsewhere: between them, moveTo() drags.
+    bool press(QPoint point);
+    bool release();
     /// Types into whatever has the keyboard.
     bool type(const QString &text);
     /// Presses one key by its X name, for example "Return".

@@ -105,9 +105,13 @@ bool WineLane::startPanel(ChildProcess &process, const QString &program, const Q
 
 void WineLane::killPanel(ChildProcess &process)
 {
-    wine({QStringLiteral("taskkill"), QStringLiteral("/f"), QStringLiteral("/im"),
-          QFileInfo(programs().panel).fileName()});
-    waitUntil([&] { return process.state() == QProcess::NotRunning; });
+    // On a busy machine the command sometimes misses the program.
+    waitUntil([&] {
+        if (process.state() != QProcess::NotRunning)
+            wine({QStringLiteral("taskkill"), QStringLiteral("/f"), QStringLiteral("/im"),
+                  QFileInfo(programs().panel).fileName()});
+        return process.state() == QProcess::NotRunning;
+    });
     process.stop();
 }
 
