@@ -210,13 +210,15 @@ void Settings::cycleOtg(const std::function<void()> &completed)
     });
 }
 
+/// Runs @p step after a pause, unless the connection has been given up by then.
 void Settings::after(int milliseconds, const std::function<void()> &step)
 {
     auto *timer = new QTimer(this);
     timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, [timer, step] {
+    connect(timer, &QTimer::timeout, this, [this, timer, step] {
         timer->stop();
-        step();
+        if (m_device)
+            step();
     });
     timer->start(milliseconds);
 }

@@ -53,6 +53,7 @@ private slots:
     void aFailedFirmwareReadIsRetried();
     void theThirdFailedPollTearsThePanelDown();
     void aSingleFailedPollIsForgotten();
+    void aDevicePluggedInBeforeTheStartIsShown();
     void aDeviceOnTheFourthBusIsFoundAfterThreeFailedOpens();
 
     void theTranslationFollowsTheLocale_data();
@@ -288,6 +289,16 @@ void tst_Shell::aSingleFailedPollIsForgotten()
     }
     QCOMPARE(log().count(failedPoll + u'1'), 3);
     QCOMPARE(log().count(QStringLiteral("Meter driver handle deleted.")), 0);
+}
+
+void tst_Shell::aDevicePluggedInBeforeTheStartIsShown()
+{
+    QVERIFY(simulator().plug(QStringLiteral("rm")));
+    QVERIFY(start());
+    QVERIFY(log().waitFor(QStringLiteral("Adding rm widget to layout.")));
+    QVERIFY(openWindow());
+    QCOMPARE(pictureWith(2, 3).knobs().size(), 2);
+    QVERIFY(window()->title.startsWith(QStringLiteral("Vesmora RM - FW: ")));
 }
 
 void tst_Shell::aDeviceOnTheFourthBusIsFoundAfterThreeFailedOpens()

@@ -29,7 +29,7 @@ WineLane::~WineLane()
 {
     // The prefix is kept, for others.
     if (m_isScaled)
-        setScale(1);
+        WineLane::setScale(1);
     // Ends every Windows program of this prefix, and only of this one.
     runCommand(QStringLiteral("wineserver"), {QStringLiteral("-k")}, environment());
     runCommand(QStringLiteral("wineserver"), {QStringLiteral("-w")}, environment());

@@ -133,6 +133,7 @@ private slots:
     void createDeviceAfterAFailureSucceeds();
     void createDeviceFailingAfterASuccessLeavesNoConnection();
     void createDeviceWithoutMemoryFails();
+    void aConnectionThatGoesAwayEndsAPendingOtgCycle();
     void withoutAConnectionChoicesDoNothing();
 
     void aRequestThroughThePipeShowsTheDialogOnTop();
@@ -541,6 +542,22 @@ void TestSettings::createDeviceWithoutMemoryFails()
     QCOMPARE(takeLog(), QStringList{"Failed to create VesmoraIoControl instance."});
     QCOMPARE(takeEvents(), QStringList());
     QVERIFY(dialog().createDevice());
+}
+
+void TestSettings::aConnectionThatGoesAwayEndsAPendingOtgCycle()
+{
+    openConnectedDialog();
+    dialog().initSettings();
+    refuseConnections = true;
+    const bool created = dialog().createDevice();
+    refuseConnections = false;
+    QVERIFY(!created);
+    QTRY_COMPARE_WITH_TIMEOUT(simulator().state().openHandles, 0u, patience);
+    takeEvents();
+    takeLog();
+    passTime(600);
+    QCOMPARE(takeEvents(), QStringList());
+    QCOMPARE(takeLog(), QStringList());
 }
 
 void TestSettings::withoutAConnectionChoicesDoNothing()
