@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -127,6 +128,11 @@ std::optional<WindowInfo> PanelTest::window() const
     return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
 }
 
+std::optional<WindowInfo> PanelTest::settingsDialog() const
+{
+    return m_desktop.windows().visibleWindow(QStringLiteral("Settings"));
+}
+
 PanelPicture PanelTest::picture() const
 {
     const std::optional<WindowInfo> shown = window();
@@ -142,6 +148,30 @@ PanelPicture PanelTest::pictureWith(int knobs, int buttons) const
         return found.knobs().size() == knobs && found.buttons().size() == buttons;
     });
     return isComplete ? found : PanelPicture();
+}
+
+QImage PanelTest::stillPicture(const WindowInfo &window) const
+{
+    QImage before;
+    QImage now;
+    const bool isStill = waitUntil([&] {
+        before = std::exchange(now, desktop().windows().picture(window.area));
+        return !now.isNull() && now == before;
+    });
+    return isStill ? now : QImage();
+}
+
+bool PanelTest::waitForLevels()
+{
+    const auto reads = [this] {
+        const QList<RecordEntry> entries = simulator().record();
+        return std::count_if(entries.cbegin(), entries.cend(), [](const RecordEntry &entry) {
+            return entry.command() == QStringLiteral("readMeterData");
+        });
+    };
+    // The first read from now may have begun before; the third comes after the second was shown.
+    const auto first = reads();
+    return waitUntil([&] { return reads() >= first + 3; });
 }
 
 QStringList PanelTest::sentBesides(const QString &command)

@@ -44,9 +44,14 @@ protected:
     const ProgramLog &log() const { return m_panel->log(); }
 
     std::optional<WindowInfo> window() const;
+    std::optional<WindowInfo> settingsDialog() const;
     PanelPicture picture() const;
     /// Waits until the window shows that many controls; an empty picture if it never does.
     PanelPicture pictureWith(int knobs, int buttons) const;
+    /// The window's picture once it no longer changes; null if it never does.
+    QImage stillPicture(const WindowInfo &window) const;
+    /// Waits until the panel shows the levels that the interface has now.
+    bool waitForLevels();
 
     /// What the handle that sent @p command last did, as texts, without meter reads.
     QStringList sentBesides(const QString &command);

@@ -113,29 +113,20 @@ void tst_Looks::everyWindow()
         verifyPanel(look, percent / 100.0);
         if (QTest::currentTestFailed())
             return;
+        QVERIFY(waitForLevels());
         keepPicture(*window(), model);
         QVERIFY(unplug());
     }
 
-    const auto settings = [this] {
-        return desktop().windows().visibleWindow(QStringLiteral("Settings"));
-    };
     QVERIFY(tray().choose(Tray::Setup));
-    QVERIFY(waitUntil([&] { return settings().has_value(); }));
-    keepPicture(*settings(), QStringLiteral("settings"));
+    QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
+    keepPicture(*settingsDialog(), QStringLiteral("settings"));
 }
 
-/// Waits until the window no longer changes, and saves it.
 void tst_Looks::keepPicture(const WindowInfo &window, const QString &name)
 {
-    QImage before;
-    QImage now;
-    QVERIFY(waitUntil([&] {
-        before = std::exchange(now, desktop().windows().picture(window.area));
-        return !now.isNull() && now == before;
-    }));
     const QString path = m_folder + u'/' + name + QStringLiteral(".png");
-    QVERIFY2(now.save(path), qPrintable(path));
+    QVERIFY2(stillPicture(window).save(path), qPrintable(path));
 }
 
 void tst_Looks::verifyPanel(const Look &look, double scale)

@@ -112,7 +112,6 @@ private:
     /// Opens the dialog with a plugged interface; nothing is expected yet.
     bool showDialog();
     void expectFrom(int handle);
-    std::optional<WindowInfo> dialog() const;
     SettingsPicture dialogPicture() const;
     bool chooseWithMouse(Choice which, int row);
     bool pressKeys(const QStringList &keys);
@@ -132,11 +131,6 @@ private:
     QStringList m_sent;
     QStringList m_logged;
 };
-
-std::optional<WindowInfo> tst_Settings::dialog() const
-{
-    return desktop().windows().visibleWindow(QStringLiteral("Settings"));
-}
 
 bool tst_Settings::openDialog()
 {
@@ -166,7 +160,7 @@ void tst_Settings::expectFrom(int handle)
 
 SettingsPicture tst_Settings::dialogPicture() const
 {
-    const std::optional<WindowInfo> shown = dialog();
+    const std::optional<WindowInfo> shown = settingsDialog();
     return shown ? SettingsPicture(desktop().windows().picture(shown->area), shown->area.topLeft())
                  : SettingsPicture();
 }
@@ -238,7 +232,7 @@ bool tst_Settings::isAnswered(const QString &words)
 {
     const qsizetype before = log().count(shownOnRequest);
     return lane().asio(sending(words)).succeeded() && log().waitFor(shownOnRequest, before + 1)
-        && waitUntil([this] { return dialog().has_value(); });
+        && waitUntil([this] { return settingsDialog().has_value(); });
 }
 
 std::unique_ptr<ChildProcess> tst_Settings::startClient(const QStringList &arguments,
@@ -405,7 +399,7 @@ void tst_Settings::okHidesTheDialogAndResetsTheAsioDriver()
     QVERIFY(asio);
     QVERIFY(showDialog());
     QVERIFY(pointer().click(dialogPicture().ok()));
-    QVERIFY(waitUntil([this] { return !dialog(); }));
+    QVERIFY(waitUntil([this] { return !settingsDialog(); }));
     QVERIFY(waitUntil([&] { return asio->state() == QProcess::NotRunning; }));
     QCOMPARE(asio->exitCode(), 0);
     QCOMPARE(asio->readAllStandardOutput(), QByteArray("{\"bytes\":\"31\"}\n"));
@@ -418,7 +412,7 @@ void tst_Settings::okWithoutAnAsioDriverHidesTheDialogAndLogsTheError()
     expectMessages(refused);
     QVERIFY(showDialog());
     QVERIFY(pointer().click(dialogPicture().ok()));
-    QVERIFY(waitUntil([this] { return !dialog(); }));
+    QVERIFY(waitUntil([this] { return !settingsDialog(); }));
     compareChange({}, refused, {bufferOf192});
     QVERIFY(openDialog());
 }
@@ -436,18 +430,19 @@ void tst_Settings::aRequestShowsTheHiddenDialog()
 void tst_Settings::aRequestBringsAMinimisedDialogBackOnTop()
 {
     const auto isOnTop = [this] {
-        return dialog() && window() && desktop().windows().isAbove(dialog()->id, window()->id);
+        return settingsDialog() && window()
+            && desktop().windows().isAbove(settingsDialog()->id, window()->id);
     };
     QVERIFY(start());
     QVERIFY(openDialog());
-    const QRect area = dialog()->area;
-    desktop().windows().minimise(dialog()->id);
-    QVERIFY(waitUntil([this] { return !dialog(); }));
+    const QRect area = settingsDialog()->area;
+    desktop().windows().minimise(settingsDialog()->id);
+    QVERIFY(waitUntil([this] { return !settingsDialog(); }));
     QVERIFY(openWindow());
 
     QVERIFY(isAnswered());
     QVERIFY(waitUntil(isOnTop));
-    QCOMPARE(dialog()->area.size(), area.size());
+    QCOMPARE(settingsDialog()->area.size(), area.size());
     // It stays there even when the main window is called to the front.
     QVERIFY(tray().click());
     QVERIFY(log().waitFor(searching, log().count(searching) + 2));
@@ -483,12 +478,12 @@ void tst_Settings::junkOnThePipeIsLoggedAndTheNextRequestAnswered()
         if (QTest::currentTestFailed())
             return;
     }
-    QVERIFY(!dialog());
+    QVERIFY(!settingsDialog());
     // The largest message that is read asks for the window.
     QVERIFY(lane().asio({QStringLiteral("send"), length, QStringLiteral("1024")}).succeeded());
     compareListener({received(QStringLiteral("50462976 117835012 185207048 252579084 319951120")),
                      openRequest, listening});
-    QVERIFY(waitUntil([this] { return dialog().has_value(); }));
+    QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
 }
 
 void tst_Settings::clientsThatComeAndGoAreLoggedAndTheNextRequestAnswered()
@@ -516,8 +511,8 @@ void tst_Settings::aSilentClientKeepsNobodyFromUsingTheProgram()
     QVERIFY(log().waitFor(searching, log().count(searching) + 1));
     QVERIFY(openWindow());
     QVERIFY(openDialog());
-    desktop().windows().close(dialog()->id);
-    QVERIFY(waitUntil([this] { return !dialog(); }));
+    desktop().windows().close(settingsDialog()->id);
+    QVERIFY(waitUntil([this] { return !settingsDialog(); }));
     client->stop();
     QVERIFY(isAnswered());
 }

@@ -40,6 +40,7 @@ private slots:
     void aRightClickOnlyOpensTheMenuWithTheGreyedVersionOnTop();
     void theVersionEntryDoesNothing();
     void theMenuOpensTheMainWindow();
+    void theMenuOpensTheSettingsDialog();
     void aSecondCopyExitsAndLeavesTheFirstUndisturbed();
     void closingTheMainWindowHidesItAndTheProgramGoesOn();
     void closingTheSettingsDialogLeavesTheProgramRunning();
@@ -69,7 +70,7 @@ void tst_Shell::onlyTheTrayIconIsVisibleAtStart()
     QVERIFY(start());
     QVERIFY(log().waitFor(searching));
     QVERIFY(!window());
-    QVERIFY(!desktop().windows().visibleWindow(QStringLiteral("Settings")));
+    QVERIFY(!settingsDialog());
 }
 
 void tst_Shell::aSingleClickOpensTheMainWindow()
@@ -114,7 +115,7 @@ void tst_Shell::theVersionEntryDoesNothing()
     QVERIFY(tray().choose(Tray::Version));
     QVERIFY(searchGoesOn());
     QVERIFY(!window());
-    QVERIFY(!desktop().windows().visibleWindow(QStringLiteral("Settings")));
+    QVERIFY(!settingsDialog());
     QVERIFY(panel().isRunning());
 }
 
@@ -123,6 +124,13 @@ void tst_Shell::theMenuOpensTheMainWindow()
     QVERIFY(start());
     QVERIFY(tray().choose(Tray::MainWindow));
     QVERIFY(waitUntil([this] { return window().has_value(); }));
+}
+
+void tst_Shell::theMenuOpensTheSettingsDialog()
+{
+    QVERIFY(start());
+    QVERIFY(tray().choose(Tray::Setup));
+    QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
 }
 
 void tst_Shell::aSecondCopyExitsAndLeavesTheFirstUndisturbed()
@@ -153,14 +161,11 @@ void tst_Shell::closingTheMainWindowHidesItAndTheProgramGoesOn()
 
 void tst_Shell::closingTheSettingsDialogLeavesTheProgramRunning()
 {
-    const auto dialog = [this] {
-        return desktop().windows().visibleWindow(QStringLiteral("Settings"));
-    };
     QVERIFY(start());
     QVERIFY(tray().choose(Tray::Setup));
-    QVERIFY(waitUntil([&] { return dialog().has_value(); }));
-    desktop().windows().close(dialog()->id);
-    QVERIFY(waitUntil([&] { return !dialog(); }));
+    QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
+    desktop().windows().close(settingsDialog()->id);
+    QVERIFY(waitUntil([this] { return !settingsDialog(); }));
     QVERIFY(searchGoesOn());
     QCOMPARE(tray().icons().size(), 1);
 }
