@@ -71,6 +71,8 @@ void PanelTest::explainFailure()
     name.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9-]")), QStringLiteral("_"));
     const QString picture = QDir::current().filePath(name + QStringLiteral(".png"));
     qInfo().noquote() << "The screen:" << (m_desktop.saveScreen(picture) ? picture : QString());
+    if (!simulator().errorString().isEmpty())
+        qInfo().noquote() << "The simulator's last refusal:" << simulator().errorString();
     qInfo().noquote() << "The end of the log:\n"
                       << log().lines().mid(qMax(0, log().lines().size() - 60)).join(u'\n');
     QStringList record;

@@ -108,6 +108,9 @@ bool SimulatorControl::run(const QStringList &arguments, QByteArray *output)
     if (output)
         *output = result.output;
     if (!result.succeeded())
-        m_error = QString::fromUtf8(result.errorOutput).trimmed();
+        m_error = QStringLiteral("%1: exit code %2: %3")
+                      .arg(arguments.join(u' '))
+                      .arg(result.exitCode)
+                      .arg(QString::fromUtf8(result.errorOutput).trimmed());
     return result.succeeded();
 }
