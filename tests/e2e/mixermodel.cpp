@@ -18,6 +18,29 @@ QString filled(QString text, int db, const QString &gain)
         .replace(QStringLiteral("{gain}"), gain);
 }
 
+/// A button of a microphone input whose log is the same for every channel.
+ButtonModel inputButton(const char *name, int place, const QString &key, const QString &sends,
+                        const QString &title)
+{
+    const QString clicked = title + QStringLiteral(" Button Clicked ");
+    const QString switched = title + QStringLiteral(" switched for channel 1.");
+    return {name,
+            place,
+            key,
+            sends + QStringLiteral(" 1"),
+            sends + QStringLiteral(" 0"),
+            {clicked + QStringLiteral("true"), switched},
+            {clicked + QStringLiteral("false"), switched}};
+}
+
+QString blockWith(const QStringList &entries, const QString &value)
+{
+    QString text = sameBlock;
+    for (const QString &entry : entries)
+        text += u' ' + entry + u'=' + value;
+    return text;
+}
+
 } // namespace
 
 QString gainText(int db)
@@ -37,6 +60,42 @@ QStringList KnobModel::logged(int db) const
     for (const QString &line : logs)
         lines << filled(line, db, QString::number(gainOf(db)));
     return lines;
+}
+
+KnobModel gainKnob(const char *name, int place, const QString &key, int maximum, int channel)
+{
+    return {name,
+            place,
+            key,
+            0,
+            maximum,
+            10,
+            QStringLiteral("setMicVolume %1 {half}").arg(channel),
+            {QStringLiteral("Mic volume set to: {db}")}};
+}
+
+ButtonModel padButton(const char *name, int place, const QString &key, int channel)
+{
+    return inputButton(name, place, key, QStringLiteral("setMic20dB %1").arg(channel),
+                       QStringLiteral("Mic 20dB"));
+}
+
+ButtonModel phantomButton(const char *name, int place, const QString &key, int channel)
+{
+    return inputButton(name, place, key, QStringLiteral("setMic48V %1").arg(channel),
+                       QStringLiteral("Mic 48V"));
+}
+
+ButtonModel monitorButton(const char *name, int place, const QString &key,
+                          const QStringList &entries)
+{
+    return {name,
+            place,
+            key,
+            blockWith(entries, QStringLiteral("1")),
+            blockWith(entries, QStringLiteral("0")),
+            {QStringLiteral("Monitor Mic set to: 1")},
+            {QStringLiteral("Monitor Mic set to: 0")}};
 }
 
 QString diagonal(int row, int column, int length)

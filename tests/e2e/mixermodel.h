@@ -32,6 +32,16 @@ struct ButtonModel {
     QStringList logsOff;
 };
 
+/// The gain of microphone input @p channel, from 0 dB.
+KnobModel gainKnob(const char *name, int place, const QString &key, int maximum, int channel);
+/// The pad of microphone input @p channel.
+ButtonModel padButton(const char *name, int place, const QString &key, int channel);
+/// The phantom power of microphone input @p channel.
+ButtonModel phantomButton(const char *name, int place, const QString &key, int channel);
+/// The direct monitoring through @p entries of the matrix, "(row,column)".
+ButtonModel monitorButton(const char *name, int place, const QString &key,
+                          const QStringList &entries);
+
 /// Levels of the interface, and the knobs (by their places) beside which the panel shows them.
 struct LevelModel {
     QList<qint32> levels;

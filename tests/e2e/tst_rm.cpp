@@ -14,16 +14,12 @@ enum Buttons { Direct, Mute, Dim };
 const QString phoneAlone = diagonal(64, 2, 2);
 const QString phoneAndMonitor = QStringLiteral(" (64,0)=1 (64,2)=1 (65,1)=1 (65,3)=1");
 
+// Where direct monitoring takes the microphone.
+const QStringList monitored{QStringLiteral("(64,0)"), QStringLiteral("(65,1)")};
+
 QList<KnobModel> knobs()
 {
-    return {KnobModel{"gain",
-                      Gain,
-                      QStringLiteral("Dial/MicValue"),
-                      0,
-                      42,
-                      10,
-                      QStringLiteral("setMicVolume 1 {half}"),
-                      {QStringLiteral("Mic volume set to: {db}")}},
+    return {gainKnob("gain", Gain, QStringLiteral("Dial/MicValue"), 42, 1),
             KnobModel{"headphone volume",
                       Headphone,
                       QStringLiteral("Dial/HeadphoneValue"),
@@ -36,27 +32,22 @@ QList<KnobModel> knobs()
 
 QList<ButtonModel> buttons()
 {
-    return {ButtonModel{"DIRECT",
-                        Direct,
-                        QStringLiteral("Button/MonitorMicIsChecked"),
-                        QStringLiteral("sendMixerBlock (64,0)=1 (65,1)=1"),
-                        QStringLiteral("sendMixerBlock (64,0)=0 (65,1)=0"),
-                        {QStringLiteral("Monitor Mic set to: 1")},
-                        {QStringLiteral("Monitor Mic set to: 0")}},
-            ButtonModel{"MUTE",
-                        Mute,
-                        QStringLiteral("Button/HeadphoneMuteIsChecked"),
-                        QStringLiteral("sendMixerBlock gain[0]=0 gain[1]=0"),
-                        QStringLiteral("sendMixerBlock gain[0]=0.1 gain[1]=0.1"),
-                        {QStringLiteral("Headphone Mute Button Clicked: Mute ON")},
-                        {QStringLiteral("Headphone Mute Button Clicked: Mute OFF")}},
-            ButtonModel{"DIM",
-                        Dim,
-                        QStringLiteral("Button/HeadphoneDimIsChecked"),
-                        QStringLiteral("sendMixerBlock gain[0]=0.01 gain[1]=0.01"),
-                        QStringLiteral("sendMixerBlock gain[0]=0.1 gain[1]=0.1"),
-                        {QStringLiteral("Headphone Dim Button Clicked: Dim ON")},
-                        {QStringLiteral("Headphone Dim Button Clicked: Dim OFF")}}};
+    return {
+        monitorButton("DIRECT", Direct, QStringLiteral("Button/MonitorMicIsChecked"), monitored),
+        ButtonModel{"MUTE",
+                    Mute,
+                    QStringLiteral("Button/HeadphoneMuteIsChecked"),
+                    QStringLiteral("sendMixerBlock gain[0]=0 gain[1]=0"),
+                    QStringLiteral("sendMixerBlock gain[0]=0.1 gain[1]=0.1"),
+                    {QStringLiteral("Headphone Mute Button Clicked: Mute ON")},
+                    {QStringLiteral("Headphone Mute Button Clicked: Mute OFF")}},
+        ButtonModel{"DIM",
+                    Dim,
+                    QStringLiteral("Button/HeadphoneDimIsChecked"),
+                    QStringLiteral("sendMixerBlock gain[0]=0.01 gain[1]=0.01"),
+                    QStringLiteral("sendMixerBlock gain[0]=0.1 gain[1]=0.1"),
+                    {QStringLiteral("Headphone Dim Button Clicked: Dim ON")},
+                    {QStringLiteral("Headphone Dim Button Clicked: Dim OFF")}}};
 }
 
 StateModel firstStart()

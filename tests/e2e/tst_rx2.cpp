@@ -23,24 +23,32 @@ enum Buttons {
     HeadphoneDim
 };
 
+/// Where direct monitoring takes a microphone: its column, in the rows of all four output channels.
+QStringList monitored(int column)
+{
+    QStringList entries;
+    for (const int row : {64, 65, 68, 69})
+        entries << QStringLiteral("(%1,%2)").arg(row).arg(column);
+    return entries;
+}
+
+KnobModel thenSaved(KnobModel knob)
+{
+    knob.logs << saved;
+    return knob;
+}
+
+ButtonModel thenSaved(ButtonModel button)
+{
+    button.logsOn << saved;
+    button.logsOff << saved;
+    return button;
+}
+
 QList<KnobModel> knobs()
 {
-    return {KnobModel{"MIC1 gain",
-                      Gain1,
-                      QStringLiteral("Dial/Mic1Value"),
-                      0,
-                      56,
-                      10,
-                      QStringLiteral("setMicVolume 1 {half}"),
-                      {QStringLiteral("Mic volume set to: {db}"), saved}},
-            KnobModel{"MIC2 gain",
-                      Gain2,
-                      QStringLiteral("Dial/Mic2Value"),
-                      0,
-                      56,
-                      10,
-                      QStringLiteral("setMicVolume 2 {half}"),
-                      {QStringLiteral("Mic volume set to: {db}"), saved}},
+    return {thenSaved(gainKnob("MIC1 gain", Gain1, QStringLiteral("Dial/Mic1Value"), 56, 1)),
+            thenSaved(gainKnob("MIC2 gain", Gain2, QStringLiteral("Dial/Mic2Value"), 56, 2)),
             KnobModel{"speaker volume",
                       Speaker,
                       QStringLiteral("Dial/SpeakerValue"),
@@ -79,56 +87,16 @@ QList<KnobModel> knobs()
 
 QList<ButtonModel> buttons()
 {
-    return {ButtonModel{"MIC1 20dB",
-                        Pad1,
-                        QStringLiteral("Button/Mic120dBIsChecked"),
-                        QStringLiteral("setMic20dB 1 1"),
-                        QStringLiteral("setMic20dB 1 0"),
-                        {QStringLiteral("Mic 20dB Button Clicked true"),
-                         QStringLiteral("Mic 20dB switched for channel 1."), saved},
-                        {QStringLiteral("Mic 20dB Button Clicked false"),
-                         QStringLiteral("Mic 20dB switched for channel 1."), saved}},
-            ButtonModel{"MIC1 48V",
-                        Phantom1,
-                        QStringLiteral("Button/Mic148VIsChecked"),
-                        QStringLiteral("setMic48V 1 1"),
-                        QStringLiteral("setMic48V 1 0"),
-                        {QStringLiteral("Mic 48V Button Clicked true"),
-                         QStringLiteral("Mic 48V switched for channel 1."), saved},
-                        {QStringLiteral("Mic 48V Button Clicked false"),
-                         QStringLiteral("Mic 48V switched for channel 1."), saved}},
-            ButtonModel{"MIC1 DIRECT",
-                        Direct1,
-                        QStringLiteral("Button/MonitorMic1IsChecked"),
-                        QStringLiteral("sendMixerBlock (64,0)=1 (65,0)=1 (68,0)=1 (69,0)=1"),
-                        QStringLiteral("sendMixerBlock (64,0)=0 (65,0)=0 (68,0)=0 (69,0)=0"),
-                        {QStringLiteral("Monitor Mic set to: 1"), saved},
-                        {QStringLiteral("Monitor Mic set to: 0"), saved}},
-            ButtonModel{"MIC2 20dB",
-                        Pad2,
-                        QStringLiteral("Button/Mic220dBIsChecked"),
-                        QStringLiteral("setMic20dB 2 1"),
-                        QStringLiteral("setMic20dB 2 0"),
-                        {QStringLiteral("Mic 20dB Button Clicked true"),
-                         QStringLiteral("Mic 20dB switched for channel 1."), saved},
-                        {QStringLiteral("Mic 20dB Button Clicked false"),
-                         QStringLiteral("Mic 20dB switched for channel 1."), saved}},
-            ButtonModel{"MIC2 48V",
-                        Phantom2,
-                        QStringLiteral("Button/Mic248VIsChecked"),
-                        QStringLiteral("setMic48V 2 1"),
-                        QStringLiteral("setMic48V 2 0"),
-                        {QStringLiteral("Mic 48V Button Clicked true"),
-                         QStringLiteral("Mic 48V switched for channel 1."), saved},
-                        {QStringLiteral("Mic 48V Button Clicked false"),
-                         QStringLiteral("Mic 48V switched for channel 1."), saved}},
-            ButtonModel{"MIC2 DIRECT",
-                        Direct2,
-                        QStringLiteral("Button/MonitorMic2IsChecked"),
-                        QStringLiteral("sendMixerBlock (64,1)=1 (65,1)=1 (68,1)=1 (69,1)=1"),
-                        QStringLiteral("sendMixerBlock (64,1)=0 (65,1)=0 (68,1)=0 (69,1)=0"),
-                        {QStringLiteral("Monitor Mic set to: 1"), saved},
-                        {QStringLiteral("Monitor Mic set to: 0"), saved}},
+    return {thenSaved(padButton("MIC1 20dB", Pad1, QStringLiteral("Button/Mic120dBIsChecked"), 1)),
+            thenSaved(
+                phantomButton("MIC1 48V", Phantom1, QStringLiteral("Button/Mic148VIsChecked"), 1)),
+            thenSaved(monitorButton("MIC1 DIRECT", Direct1,
+                                    QStringLiteral("Button/MonitorMic1IsChecked"), monitored(0))),
+            thenSaved(padButton("MIC2 20dB", Pad2, QStringLiteral("Button/Mic220dBIsChecked"), 2)),
+            thenSaved(
+                phantomButton("MIC2 48V", Phantom2, QStringLiteral("Button/Mic248VIsChecked"), 2)),
+            thenSaved(monitorButton("MIC2 DIRECT", Direct2,
+                                    QStringLiteral("Button/MonitorMic2IsChecked"), monitored(1))),
             ButtonModel{"speaker MUTE",
                         SpeakerMute,
                         QStringLiteral("Button/SpeakerMuteIsChecked"),
