@@ -42,6 +42,10 @@ ButtonModel phantomButton(const char *name, int place, const QString &key, int c
 ButtonModel monitorButton(const char *name, int place, const QString &key,
                           const QStringList &entries);
 
+// Peaks of the meter record, of which the largest is 0 dB.
+inline constexpr qint32 minus20Db = 214748365;
+inline constexpr qint32 minus6Db = 1073741824;
+
 /// Levels of the interface, and the knobs (by their places) beside which the panel shows them.
 struct LevelModel {
     QList<qint32> levels;

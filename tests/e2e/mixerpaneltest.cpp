@@ -301,7 +301,6 @@ int MixerPanelTest::valueByHand(const KnobModel &knob) const
 
 void MixerPanelTest::levelsChangeTheNumbersBesideTheirKnobs()
 {
-    constexpr qint32 minus20Db = 214748365;
     QVERIFY(simulator().setLevels({minus20Db, minus20Db, minus20Db, minus20Db}));
     QVERIFY(showPanel());
     QVERIFY(waitForLevels());

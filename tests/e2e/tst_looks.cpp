@@ -1,10 +1,9 @@
+#include "mixermodel.h"
 #include "paneltest.h"
 #include "waiting.h"
 
 #include <QDir>
 #include <QTest>
-
-#include <limits>
 
 namespace {
 
@@ -45,9 +44,7 @@ const QList<Look> looks{
 // Pixels, summed over both directions.
 constexpr int fontTolerance = 30;
 
-// About -20 dB at every meter.
 constexpr int meters = 64;
-constexpr qint32 level = std::numeric_limits<qint32>::max() / 10;
 
 constexpr QSize largestScreen(1920, 1200);
 
@@ -108,7 +105,7 @@ void tst_Looks::everyWindow()
     for (const Look &look : looks) {
         const QString model = QString::fromLatin1(look.model);
         QVERIFY(lane().writeSettings(model + QStringLiteral(".ini"), look.settings));
-        QVERIFY(simulator().setLevels(QList<qint32>(meters, level)));
+        QVERIFY(simulator().setLevels(QList<qint32>(meters, minus20Db)));
         QVERIFY(plug(model));
         verifyPanel(look, percent / 100.0);
         if (QTest::currentTestFailed())

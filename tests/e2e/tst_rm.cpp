@@ -97,9 +97,6 @@ QStringList replayed()
             sameBlock};
 }
 
-constexpr qint32 minus20Db = 214748365;
-constexpr qint32 minus6Db = 1073741824;
-
 MixerModel rmModel()
 {
     return {.name = QStringLiteral("rm"),

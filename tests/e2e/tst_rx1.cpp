@@ -135,9 +135,6 @@ QStringList replayed()
             QStringLiteral("sendMixerBlock (64,2)=0.01 (65,3)=0.01")};
 }
 
-constexpr qint32 minus20Db = 214748365;
-constexpr qint32 minus6Db = 1073741824;
-
 MixerModel rx1Model()
 {
     return {.name = QStringLiteral("rx1"),

@@ -260,9 +260,6 @@ QStringList replayed()
             QStringLiteral("sendMixerBlock (64,2)=0.1 (65,3)=0.1")};
 }
 
-constexpr qint32 minus20Db = 214748365;
-constexpr qint32 minus6Db = 1073741824;
-
 MixerModel rx2Model()
 {
     return {.name = QStringLiteral("rx2"),
