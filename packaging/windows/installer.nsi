@@ -1,4 +1,4 @@
-; The installer, for the user who runs it, without administrator's rights. tools/package compiles it with
+; The installer, for the user who runs it, without administrator's rights. tools/make-release compiles it with
 ; DIST (the folder to install), WORK (with product.nsh and files.nsh, made for it) and OUTPUT.
 ;
 ; Silently: /S, and /AUTOSTART=1 or 0 for the start with Windows. Without /AUTOSTART it stays as it was.
