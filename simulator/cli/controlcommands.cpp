@@ -2,7 +2,7 @@
 
 #include "modelnames.h"
 #include "recorddecoder.h"
-#include "status.h"
+#include "simstatus.h"
 
 #include <QJsonDocument>
 

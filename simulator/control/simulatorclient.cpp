@@ -1,7 +1,7 @@
 #include "simulatorclient.h"
 
 #include "recorddecoder.h"
-#include "status.h"
+#include "simstatus.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "devices.h"
 #include "latereplies.h"
+#include "simstatus.h"
 #include "simulator.h"
-#include "status.h"
 
 #define POOL_TAG 0x6D735665u
 #define RECORD_BYTES (8u << 20)

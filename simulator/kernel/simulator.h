@@ -1,7 +1,7 @@
 #ifndef SIMULATOR_H
 #define SIMULATOR_H
 
-#include "model.h"
+#include "simmodel.h"
 
 #include <ntddk.h>
 

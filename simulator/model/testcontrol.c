@@ -1,7 +1,7 @@
-#include "model.h"
+#include "simmodel.h"
 
 #include "bytes.h"
-#include "status.h"
+#include "simstatus.h"
 
 static uint32_t set_meters(SimModel *model, const SimRequest *request)
 {

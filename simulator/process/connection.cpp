@@ -18,7 +18,7 @@ bool wouldBlock()
 
 } // namespace
 
-Connection::Connection(UniqueFd socket, std::unique_ptr<DeviceHandle> handle)
+Connection::Connection(UniqueFd socket, std::unique_ptr<ServedHandle> handle)
     : m_socket(std::move(socket))
     , m_handle(std::move(handle))
 { }

@@ -1,7 +1,7 @@
 #ifndef CONNECTION_H
 #define CONNECTION_H
 
-#include "devicehandle.h"
+#include "servedhandle.h"
 #include "uniquefd.h"
 
 #include <poll.h>
@@ -16,7 +16,7 @@ class Connection
 public:
     using Clock = std::chrono::steady_clock;
 
-    Connection(UniqueFd socket, std::unique_ptr<DeviceHandle> handle);
+    Connection(UniqueFd socket, std::unique_ptr<ServedHandle> handle);
 
     /// What to wait for.
     pollfd interest(Clock::time_point now) const;
@@ -34,7 +34,7 @@ private:
     void reply(std::uint32_t error, const std::vector<std::uint8_t> &output);
 
     UniqueFd m_socket;
-    std::unique_ptr<DeviceHandle> m_handle;
+    std::unique_ptr<ServedHandle> m_handle;
     std::vector<std::uint8_t> m_input;
     std::vector<std::uint8_t> m_output;
     std::size_t m_sent = 0;

@@ -1,7 +1,7 @@
 #include "server.h"
 
 #include "hostfolder.h"
-#include "status.h"
+#include "simstatus.h"
 #include "vesmoracontract.h"
 
 #include <fcntl.h>

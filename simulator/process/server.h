@@ -28,7 +28,7 @@ public:
 private:
     struct Entrance {
         std::unique_ptr<Listener> listener;
-        std::function<std::unique_ptr<DeviceHandle>()> handle;
+        std::function<std::unique_ptr<ServedHandle>()> handle;
     };
 
     std::string claimFolder();

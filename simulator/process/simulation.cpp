@@ -1,13 +1,13 @@
 #include "simulation.h"
 
-#include "status.h"
+#include "simstatus.h"
 
 namespace {
 
 // Hours of polling, or tens of thousands of knob steps.
 constexpr std::size_t recordBytes = 8u << 20;
 
-class BusHandle : public DeviceHandle
+class BusHandle : public ServedHandle
 {
 public:
     BusHandle(Simulation &simulation, std::uint32_t bus)
@@ -40,7 +40,7 @@ private:
     bool m_isOpen = false;
 };
 
-class ControlHandle : public DeviceHandle
+class ControlHandle : public ServedHandle
 {
 public:
     ControlHandle(Simulation &simulation, std::function<std::uint32_t()> changed)
@@ -102,12 +102,12 @@ std::vector<std::uint8_t> Simulation::recordPage(std::uint32_t from)
     return page;
 }
 
-std::unique_ptr<DeviceHandle> Simulation::busHandle(std::uint32_t bus)
+std::unique_ptr<ServedHandle> Simulation::busHandle(std::uint32_t bus)
 {
     return std::make_unique<BusHandle>(*this, bus);
 }
 
-std::unique_ptr<DeviceHandle> Simulation::controlHandle(std::function<std::uint32_t()> changed)
+std::unique_ptr<ServedHandle> Simulation::controlHandle(std::function<std::uint32_t()> changed)
 {
     return std::make_unique<ControlHandle>(*this, std::move(changed));
 }

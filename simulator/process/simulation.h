@@ -1,8 +1,8 @@
 #ifndef SIMULATION_H
 #define SIMULATION_H
 
-#include "devicehandle.h"
-#include "model.h"
+#include "servedhandle.h"
+#include "simmodel.h"
 
 #include <functional>
 #include <memory>
@@ -27,10 +27,10 @@ public:
     /// A page of the record, from the given entry number on.
     std::vector<std::uint8_t> recordPage(std::uint32_t from);
 
-    std::unique_ptr<DeviceHandle> busHandle(std::uint32_t bus);
+    std::unique_ptr<ServedHandle> busHandle(std::uint32_t bus);
     /// @p changed is called after every request, before the requester sees the answer; it returns a
     /// Win32 error that takes the answer's place, or 0.
-    std::unique_ptr<DeviceHandle> controlHandle(std::function<std::uint32_t()> changed);
+    std::unique_ptr<ServedHandle> controlHandle(std::function<std::uint32_t()> changed);
 
     Answer busRequest(const SimHandle &handle, std::uint32_t code,
                       const std::vector<std::uint8_t> &input, std::uint32_t outputLength);

@@ -1,7 +1,7 @@
 #include "record.h"
 
 #include "controlprotocol.h"
-#include "status.h"
+#include "simstatus.h"
 
 #include <QJsonArray>
 #include <QLocale>

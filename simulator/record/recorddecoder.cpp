@@ -1,8 +1,8 @@
 #include "recorddecoder.h"
 
 #include "bytes.h"
-#include "commands.h"
-#include "status.h"
+#include "simcommands.h"
+#include "simstatus.h"
 
 #include <bit>
 #include <cstring>

@@ -10,7 +10,7 @@ set(room_headers
 # No room of the product knows these.
 set(outside_headers
     simulator/simulatorclient.h
-    simulator/model.h
+    simulator/simmodel.h
     tests/testsimulator.h)
 
 function(add_include_test room)

@@ -5,7 +5,8 @@
 #include <QString>
 #include <QStringList>
 
-/// What driver/vesmoracontract.h says, read from its text, so that nothing in it goes unnoticed.
+/// What driver/contract/vesmoracontract.h says, read from its text, so that nothing in it goes
+/// unnoticed.
 struct ContractHeader {
     struct ControlCode {
         quint32 function = 0;

@@ -1,12 +1,12 @@
-#include "modelfixture.h"
 #include "recorddecoder.h"
+#include "simmodelfixture.h"
 
 #include <QJsonArray>
 #include <QTest>
 
 #include <limits>
 
-class RecordTest : public QObject
+class tst_Record : public QObject
 {
     Q_OBJECT
 
@@ -32,38 +32,39 @@ private:
     Record mixer(const MixerBlock &block);
     QList<Record> records();
 
-    std::unique_ptr<ModelFixture> m_fixture;
+    std::unique_ptr<SimModelFixture> m_fixture;
     SimHandle m_handle{};
 };
 
-void RecordTest::init()
+void tst_Record::init()
 {
-    m_fixture = std::make_unique<ModelFixture>();
+    m_fixture = std::make_unique<SimModelFixture>();
     m_fixture->plug(VESMORA_PID_RX1, 1);
     m_handle = m_fixture->open(1);
 }
 
-QList<Record> RecordTest::records()
+QList<Record> tst_Record::records()
 {
-    m_fixture->control(VESMORA_SIM_READ_RECORD, ModelFixture::bytes(1u), VESMORA_SIM_LONGEST_PAGE);
+    m_fixture->control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(1u),
+                       VESMORA_SIM_LONGEST_PAGE);
     const auto page = decodePage(m_fixture->output);
     return page ? page->records : QList<Record>();
 }
 
 /// The record of one request.
-Record RecordTest::record(std::uint32_t code, const QByteArray &input, std::uint32_t outputLength)
+Record tst_Record::record(std::uint32_t code, const QByteArray &input, std::uint32_t outputLength)
 {
     m_fixture->control(VESMORA_SIM_CLEAR_RECORD);
     m_fixture->request(m_handle, code, input, outputLength);
     return records().value(0);
 }
 
-Record RecordTest::mixer(const MixerBlock &block)
+Record tst_Record::mixer(const MixerBlock &block)
 {
-    return record(VESMORA_SEND_MIXER_BLOCK, ModelFixture::bytes(block));
+    return record(VESMORA_SEND_MIXER_BLOCK, SimModelFixture::bytes(block));
 }
 
-void RecordTest::opensClosesAndPlugsHaveTheirLines()
+void tst_Record::opensClosesAndPlugsHaveTheirLines()
 {
     SimHandle refused{};
     m_fixture->fail(VESMORA_SIM_OPEN_CODE, 1, 1, SIM_ACCESS_DENIED);
@@ -83,7 +84,7 @@ void RecordTest::opensClosesAndPlugsHaveTheirLines()
     QCOMPARE(lost.text(), QStringLiteral("lost 3"));
 }
 
-void RecordTest::requestsHaveTheirLines_data()
+void tst_Record::requestsHaveTheirLines_data()
 {
     QTest::addColumn<std::uint32_t>("code");
     QTest::addColumn<QByteArray>("input");
@@ -93,13 +94,13 @@ void RecordTest::requestsHaveTheirLines_data()
                         std::uint32_t outputLength = 0) {
         QTest::newRow(line) << code << input << outputLength << QString::fromLatin1(line);
     };
-    const auto packet = ModelFixture::packet;
+    const auto packet = SimModelFixture::packet;
     const std::uint32_t send = VESMORA_SEND_PACKET;
     add("getDevicePid", VESMORA_GET_DEVICE_PID, {}, 4);
     add("getDevicePid !122", VESMORA_GET_DEVICE_PID, {}, 3);
     add("stopAudio", VESMORA_STOP_AUDIO);
-    add("setBufferSize 192", VESMORA_SET_BUFFER_SIZE, ModelFixture::bytes(192u));
-    add("setSampleRate 4294967295", VESMORA_SET_SAMPLE_RATE, ModelFixture::bytes(UINT32_MAX));
+    add("setBufferSize 192", VESMORA_SET_BUFFER_SIZE, SimModelFixture::bytes(192u));
+    add("setSampleRate 4294967295", VESMORA_SET_SAMPLE_RATE, SimModelFixture::bytes(UINT32_MAX));
     add("setSampleRate <3 bytes> !24", VESMORA_SET_SAMPLE_RATE, "abc");
     add("sendMixerBlock <1 bytes> !24", VESMORA_SEND_MIXER_BLOCK, "a");
     add("setOutVolume 1 100", send, packet(0x03, 2, 1, 100));
@@ -118,7 +119,7 @@ void RecordTest::requestsHaveTheirLines_data()
     add("0xFFDC2024 !1", VESMORA_CONTROL_CODE(0x809u));
 }
 
-void RecordTest::requestsHaveTheirLines()
+void tst_Record::requestsHaveTheirLines()
 {
     QFETCH(std::uint32_t, code);
     QFETCH(QByteArray, input);
@@ -127,7 +128,7 @@ void RecordTest::requestsHaveTheirLines()
     QCOMPARE(record(code, input, outputLength).text(), line);
 }
 
-void RecordTest::aMixerBlockListsOnlyWhatItChanges()
+void tst_Record::aMixerBlockListsOnlyWhatItChanges()
 {
     MixerBlock block{};
     block.matrix[64][0] = 1.0;
@@ -139,7 +140,7 @@ void RecordTest::aMixerBlockListsOnlyWhatItChanges()
     QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock (65,1)=0"));
 }
 
-void RecordTest::mixerValuesAreWrittenToTwelveDigits()
+void tst_Record::mixerValuesAreWrittenToTwelveDigits()
 {
     MixerBlock block{};
     block.outputGains[1] = 1.9952623149688795;
@@ -150,7 +151,7 @@ void RecordTest::mixerValuesAreWrittenToTwelveDigits()
                             "gain[95]=0.3"));
 }
 
-void RecordTest::aFailedMixerBlockListsItsChangesAgain()
+void tst_Record::aFailedMixerBlockListsItsChangesAgain()
 {
     MixerBlock block{};
     block.matrix[255][31] = 0.5;
@@ -159,10 +160,10 @@ void RecordTest::aFailedMixerBlockListsItsChangesAgain()
     QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock (255,31)=0.5"));
 }
 
-void RecordTest::decodesFields()
+void tst_Record::decodesFields()
 {
     m_fixture->now = 77;
-    const QByteArray packet = ModelFixture::packet(0x07, 2, 2, -10);
+    const QByteArray packet = SimModelFixture::packet(0x07, 2, 2, -10);
     const Record volume = record(VESMORA_SEND_PACKET, packet);
     QCOMPARE(volume.number, 1u);
     QCOMPARE(volume.ms, 77u);
@@ -183,7 +184,7 @@ void RecordTest::decodesFields()
     QCOMPARE(record(VESMORA_GET_DEVICE_PID, {}, 3).answer, std::optional<quint32>());
 }
 
-void RecordTest::decodesTheMixerGeometry()
+void tst_Record::decodesTheMixerGeometry()
 {
     MixerBlock block{};
     block.matrix[255][31] = 0.25;
@@ -200,10 +201,11 @@ void RecordTest::decodesTheMixerGeometry()
     QCOMPARE(changes[1].outputGain(), 0);
 }
 
-void RecordTest::jsonHoldsTheDecodedFields()
+void tst_Record::jsonHoldsTheDecodedFields()
 {
     m_fixture->fail(VESMORA_SEND_PACKET, 1, 1, SIM_DEVICE_NOT_CONNECTED);
-    const QJsonObject json = record(VESMORA_SEND_PACKET, ModelFixture::packet(0x5B, 1, 2)).toJson();
+    const QJsonObject json =
+        record(VESMORA_SEND_PACKET, SimModelFixture::packet(0x5B, 1, 2)).toJson();
     QCOMPARE(json.value(u"kind"), QJsonValue(QStringLiteral("request")));
     QCOMPARE(json.value(u"text"), QJsonValue(QStringLiteral("setMic48V 2 1 !1167")));
     QCOMPARE(json.value(u"command"), QJsonValue(QStringLiteral("setMic48V")));
@@ -218,7 +220,7 @@ void RecordTest::jsonHoldsTheDecodedFields()
     QVERIFY(!open.contains(u"changes"));
 }
 
-void RecordTest::jsonOfAMixerBlockListsPlaces()
+void tst_Record::jsonOfAMixerBlockListsPlaces()
 {
     MixerBlock block{};
     block.matrix[64][2] = 1.0;
@@ -232,7 +234,7 @@ void RecordTest::jsonOfAMixerBlockListsPlaces()
     QVERIFY(!changes[1].toObject().contains(u"row"));
 }
 
-void RecordTest::jsonWritesNumbersThatJsonLacksAsText()
+void tst_Record::jsonWritesNumbersThatJsonLacksAsText()
 {
     MixerBlock block{};
     block.outputGains[0] = std::numeric_limits<double>::infinity();
@@ -240,9 +242,10 @@ void RecordTest::jsonWritesNumbersThatJsonLacksAsText()
     QCOMPARE(changes[0].toObject().value(u"value"), QJsonValue(QStringLiteral("inf")));
 }
 
-void RecordTest::aDamagedPageIsNoPage()
+void tst_Record::aDamagedPageIsNoPage()
 {
-    m_fixture->control(VESMORA_SIM_READ_RECORD, ModelFixture::bytes(1u), VESMORA_SIM_LONGEST_PAGE);
+    m_fixture->control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(1u),
+                       VESMORA_SIM_LONGEST_PAGE);
     const QByteArray page = m_fixture->output;
     QVERIFY(decodePage(page));
     QVERIFY(!decodePage(page.chopped(1)));
@@ -253,7 +256,7 @@ void RecordTest::aDamagedPageIsNoPage()
     QVERIFY(!decodePage(endless));
 }
 
-void RecordTest::commandsAreFoundByName()
+void tst_Record::commandsAreFoundByName()
 {
     const auto key = findCommand(u"setMic48V");
     QVERIFY(key);
@@ -266,6 +269,6 @@ void RecordTest::commandsAreFoundByName()
     QVERIFY(!findCommand(u""));
 }
 
-QTEST_APPLESS_MAIN(RecordTest)
+QTEST_APPLESS_MAIN(tst_Record)
 
 #include "tst_record.moc"

@@ -3,12 +3,12 @@
  * no floating point (a double is 64 bits that are stored and compared). The caller provides memory,
  * time and locking.
  */
-#ifndef MODEL_H
-#define MODEL_H
+#ifndef SIMMODEL_H
+#define SIMMODEL_H
 
 #include "controlprotocol.h"
-#include "faults.h"
-#include "journal.h"
+#include "simfaults.h"
+#include "simjournal.h"
 
 #ifdef __cplusplus
 extern "C" {

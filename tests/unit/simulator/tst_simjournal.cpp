@@ -1,10 +1,10 @@
-#include "modelfixture.h"
+#include "simmodelfixture.h"
 
 #include <QTest>
 
 #include <cstring>
 
-class JournalTest : public QObject
+class tst_SimJournal : public QObject
 {
     Q_OBJECT
 
@@ -24,16 +24,16 @@ private:
         VesmoraSimEntry head;
         QByteArray payload;
     };
-    static QList<Entry> read(ModelFixture &fixture, std::uint32_t from = 1,
+    static QList<Entry> read(SimModelFixture &fixture, std::uint32_t from = 1,
                              std::uint32_t capacity = VESMORA_SIM_LONGEST_PAGE);
-    static std::uint32_t lostIn(const ModelFixture &fixture);
+    static std::uint32_t lostIn(const SimModelFixture &fixture);
 };
 
 /// The entries of one page.
-QList<JournalTest::Entry> JournalTest::read(ModelFixture &fixture, std::uint32_t from,
-                                            std::uint32_t capacity)
+QList<tst_SimJournal::Entry> tst_SimJournal::read(SimModelFixture &fixture, std::uint32_t from,
+                                                  std::uint32_t capacity)
 {
-    if (fixture.control(VESMORA_SIM_READ_RECORD, ModelFixture::bytes(from), capacity)
+    if (fixture.control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(from), capacity)
         != SIM_SUCCESS)
         qFatal("There is no page");
     VesmoraSimPage page;
@@ -53,16 +53,16 @@ QList<JournalTest::Entry> JournalTest::read(ModelFixture &fixture, std::uint32_t
     return entries;
 }
 
-std::uint32_t JournalTest::lostIn(const ModelFixture &fixture)
+std::uint32_t tst_SimJournal::lostIn(const SimModelFixture &fixture)
 {
     VesmoraSimPage page;
     std::memcpy(&page, fixture.output.constData(), sizeof page);
     return page.lost;
 }
 
-void JournalTest::entriesAreNumberedInOrder()
+void tst_SimJournal::entriesAreNumberedInOrder()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.now = 5;
     fixture.plug(VESMORA_PID_RX1, 2);
     fixture.now = 6;
@@ -89,12 +89,12 @@ void JournalTest::entriesAreNumberedInOrder()
     QCOMPARE(entries[4].head.status, SIM_DEVICE_NOT_CONNECTED);
 }
 
-void JournalTest::anEntryHoldsWhatTheRequestCarried()
+void tst_SimJournal::anEntryHoldsWhatTheRequestCarried()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RM);
     const SimHandle handle = fixture.open();
-    const QByteArray packet = ModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+    const QByteArray packet = SimModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
     fixture.request(handle, VESMORA_VENDOR_REQUEST, packet, 32);
     fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 8);
     const QList<Entry> entries = read(fixture, 3);
@@ -109,9 +109,9 @@ void JournalTest::anEntryHoldsWhatTheRequestCarried()
     QCOMPARE(entries[1].payload, QByteArray());
 }
 
-void JournalTest::aLongInputIsCutButItsLengthIsKept()
+void tst_SimJournal::aLongInputIsCutButItsLengthIsKept()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const QByteArray input(sizeof(MixerBlock) - 1, 'x');
     QCOMPARE(fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, input),
@@ -121,13 +121,13 @@ void JournalTest::aLongInputIsCutButItsLengthIsKept()
     QCOMPARE(entry.payload, input.first(VESMORA_SIM_LONGEST_INPUT));
 }
 
-void JournalTest::pagesHoldWholeEntriesAndGoOnWhereTheyStopped()
+void tst_SimJournal::pagesHoldWholeEntriesAndGoOnWhereTheyStopped()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     for (std::uint32_t i = 0; i < 10; ++i)
-        fixture.request(handle, VESMORA_SET_BUFFER_SIZE, ModelFixture::bytes(i));
+        fixture.request(handle, VESMORA_SET_BUFFER_SIZE, SimModelFixture::bytes(i));
     std::uint32_t next = 1;
     // Room for two entries and a bit.
     for (QList<Entry> page; !(page = read(fixture, next, 8 + 64 + 64 + 63)).isEmpty();) {
@@ -138,19 +138,19 @@ void JournalTest::pagesHoldWholeEntriesAndGoOnWhereTheyStopped()
     QCOMPARE(next, 13u);
 }
 
-void JournalTest::aPageTooSmallForOneEntryIsRefused()
+void tst_SimJournal::aPageTooSmallForOneEntryIsRefused()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
-    const QByteArray first = ModelFixture::bytes(1u);
+    const QByteArray first = SimModelFixture::bytes(1u);
     const std::uint32_t needed = sizeof(VesmoraSimPage) + sizeof(VesmoraSimEntry);
     QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, first, needed - 1), SIM_BUFFER_TOO_SMALL);
     QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, first, needed), SIM_SUCCESS);
 }
 
-void JournalTest::aFullRecordCountsWhatItLosesAndKeepsNoGaps()
+void tst_SimJournal::aFullRecordCountsWhatItLosesAndKeepsNoGaps()
 {
-    ModelFixture fixture(sizeof(VesmoraSimEntry) * 3 + 40);
+    SimModelFixture fixture(sizeof(VesmoraSimEntry) * 3 + 40);
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.request(handle, VESMORA_STOP_AUDIO);
@@ -163,9 +163,9 @@ void JournalTest::aFullRecordCountsWhatItLosesAndKeepsNoGaps()
     QCOMPARE(lostIn(fixture), 5u);
 }
 
-void JournalTest::anEntryThatRunsOutOfRoomHalfwayIsLostWhole()
+void tst_SimJournal::anEntryThatRunsOutOfRoomHalfwayIsLostWhole()
 {
-    ModelFixture fixture(4096);
+    SimModelFixture fixture(4096);
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
@@ -174,9 +174,9 @@ void JournalTest::anEntryThatRunsOutOfRoomHalfwayIsLostWhole()
     QCOMPARE(lostIn(fixture), 2u);
 }
 
-void JournalTest::clearingStartsOver()
+void tst_SimJournal::clearingStartsOver()
 {
-    ModelFixture fixture(sizeof(VesmoraSimEntry));
+    SimModelFixture fixture(sizeof(VesmoraSimEntry));
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_RECORD), SIM_SUCCESS);
@@ -187,9 +187,9 @@ void JournalTest::clearingStartsOver()
     QCOMPARE(entries[0].head.number, 1u);
 }
 
-void JournalTest::aWholeMixerBlockOfChangesFitsOnThePageItIsSaidToFit()
+void tst_SimJournal::aWholeMixerBlockOfChangesFitsOnThePageItIsSaidToFit()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
@@ -200,6 +200,6 @@ void JournalTest::aWholeMixerBlockOfChangesFitsOnThePageItIsSaidToFit()
     QCOMPARE(sizeof(VesmoraSimPage) + entries[0].head.size, VESMORA_SIM_LONGEST_PAGE);
 }
 
-QTEST_APPLESS_MAIN(JournalTest)
+QTEST_APPLESS_MAIN(tst_SimJournal)
 
-#include "tst_journal.moc"
+#include "tst_simjournal.moc"

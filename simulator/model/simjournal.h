@@ -1,5 +1,5 @@
-#ifndef JOURNAL_H
-#define JOURNAL_H
+#ifndef SIMJOURNAL_H
+#define SIMJOURNAL_H
 
 #include "controlprotocol.h"
 

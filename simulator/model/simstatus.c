@@ -1,4 +1,4 @@
-#include "status.h"
+#include "simstatus.h"
 
 #define UNKNOWN_STATUS_ERROR 317u
 /* The NTSTATUS range whose lower half is a Win32 error as it is. */

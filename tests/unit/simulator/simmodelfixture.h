@@ -1,8 +1,8 @@
-#ifndef MODELFIXTURE_H
-#define MODELFIXTURE_H
+#ifndef SIMMODELFIXTURE_H
+#define SIMMODELFIXTURE_H
 
-#include "model.h"
-#include "status.h"
+#include "simmodel.h"
+#include "simstatus.h"
 
 #include <QByteArray>
 
@@ -10,10 +10,10 @@
 #include <vector>
 
 /// A model with memory of its own and a clock that stands still until it is set.
-class ModelFixture
+class SimModelFixture
 {
 public:
-    explicit ModelFixture(std::uint32_t recordBytes = 1u << 20)
+    explicit SimModelFixture(std::uint32_t recordBytes = 1u << 20)
         : m_storage(recordBytes / 8)
         , m_model(std::make_unique<SimModel>())
     {

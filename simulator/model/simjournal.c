@@ -1,7 +1,7 @@
-#include "journal.h"
+#include "simjournal.h"
 
 #include "bytes.h"
-#include "status.h"
+#include "simstatus.h"
 
 static VesmoraSimEntry *entry_at(const SimJournal *journal, uint32_t offset)
 {

@@ -1,5 +1,5 @@
-#ifndef DEVICEHANDLE_H
-#define DEVICEHANDLE_H
+#ifndef SERVEDHANDLE_H
+#define SERVEDHANDLE_H
 
 #include "deviceprotocol.h"
 
@@ -15,10 +15,10 @@ struct Answer {
 };
 
 /// One open handle as the device sees it; destruction closes it.
-class DeviceHandle
+class ServedHandle
 {
 public:
-    virtual ~DeviceHandle() = default;
+    virtual ~ServedHandle() = default;
     /// A Win32 error, 0 for success. Called once, first.
     virtual std::uint32_t open(const deviceprotocol::OpenRequest &request) = 0;
     virtual Answer request(std::uint32_t code, const std::vector<std::uint8_t> &input,

@@ -1,6 +1,6 @@
-#include "commands.h"
+#include "simcommands.h"
 
-#include "status.h"
+#include "simstatus.h"
 
 #define READS(code, name, value)                                                                   \
     {                                                                                              \

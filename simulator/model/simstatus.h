@@ -1,5 +1,5 @@
-#ifndef STATUS_H
-#define STATUS_H
+#ifndef SIMSTATUS_H
+#define SIMSTATUS_H
 
 #include <stddef.h>
 #include <stdint.h>

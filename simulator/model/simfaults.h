@@ -1,5 +1,5 @@
-#ifndef FAULTS_H
-#define FAULTS_H
+#ifndef SIMFAULTS_H
+#define SIMFAULTS_H
 
 #include "controlprotocol.h"
 

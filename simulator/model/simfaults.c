@@ -1,6 +1,6 @@
-#include "faults.h"
+#include "simfaults.h"
 
-#include "status.h"
+#include "simstatus.h"
 
 /* Warnings (2) and errors (3), as the top two bits of an NTSTATUS. */
 static int is_failure(uint32_t status)

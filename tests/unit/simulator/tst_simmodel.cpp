@@ -1,11 +1,11 @@
-#include "commands.h"
-#include "modelfixture.h"
+#include "simcommands.h"
+#include "simmodelfixture.h"
 
 #include <QTest>
 
 #include <cstring>
 
-class ModelTest : public QObject
+class tst_SimModel : public QObject
 {
     Q_OBJECT
 
@@ -60,11 +60,11 @@ private slots:
     void unnamedFailuresMapThereAndBack();
 
 private:
-    static VesmoraSimState stateOf(ModelFixture &fixture);
+    static VesmoraSimState stateOf(SimModelFixture &fixture);
     static QByteArray inputOf(const SimCommand &command);
 };
 
-VesmoraSimState ModelTest::stateOf(ModelFixture &fixture)
+VesmoraSimState tst_SimModel::stateOf(SimModelFixture &fixture)
 {
     if (fixture.control(VESMORA_SIM_READ_STATE, {}, sizeof(VesmoraSimState)) != SIM_SUCCESS)
         qFatal("There is no state");
@@ -72,18 +72,18 @@ VesmoraSimState ModelTest::stateOf(ModelFixture &fixture)
 }
 
 /// An input that the device accepts.
-QByteArray ModelTest::inputOf(const SimCommand &command)
+QByteArray tst_SimModel::inputOf(const SimCommand &command)
 {
     if (command.action == SIM_TAKE_PACKET)
-        return ModelFixture::packet(VESMORA_OPCODE_OTG_ON);
+        return SimModelFixture::packet(VESMORA_OPCODE_OTG_ON);
     if (command.action == SIM_ANSWER_VENDOR)
-        return ModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+        return SimModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
     return QByteArray(static_cast<qsizetype>(command.inputLength), '\0');
 }
 
-void ModelTest::nothingIsPluggedInAtFirst()
+void tst_SimModel::nothingIsPluggedInAtFirst()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     SimHandle handle{};
     QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &handle), SIM_NO_SUCH_FILE);
     QCOMPARE(model_unplug(fixture.model(), 0), SIM_DEVICE_NOT_CONNECTED);
@@ -91,9 +91,9 @@ void ModelTest::nothingIsPluggedInAtFirst()
     QCOMPARE(stateOf(fixture).entries, 0u);
 }
 
-void ModelTest::opensOnlyTheBusItIsPluggedInto()
+void tst_SimModel::opensOnlyTheBusItIsPluggedInto()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     QCOMPARE(fixture.plug(VESMORA_PID_RX2, 15), SIM_SUCCESS);
     SimHandle handle{};
     QCOMPARE(model_open(fixture.model(), 14, 0, 0, 0, &handle), SIM_NO_SUCH_FILE);
@@ -101,30 +101,30 @@ void ModelTest::opensOnlyTheBusItIsPluggedInto()
     QCOMPARE(handle.bus, 15u);
 }
 
-void ModelTest::plugRefusesWhatIsNoDevice()
+void tst_SimModel::plugRefusesWhatIsNoDevice()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     QCOMPARE(fixture.plug(0), SIM_INVALID_PARAMETER);
     QCOMPARE(fixture.plug(VESMORA_PID_RX1, 16), SIM_INVALID_PARAMETER);
     QCOMPARE(stateOf(fixture).plugged, 0u);
 }
 
-void ModelTest::plugRefusesASecondDevice()
+void tst_SimModel::plugRefusesASecondDevice()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     QCOMPARE(fixture.plug(VESMORA_PID_RM, 1), SIM_ALREADY_EXISTS);
     QCOMPARE(stateOf(fixture).values[VESMORA_SIM_IDENTIFIER], VESMORA_PID_RX1);
 }
 
-void ModelTest::pluggingInKeepsSettingsAndEmptiesTheMixer()
+void tst_SimModel::pluggingInKeepsSettingsAndEmptiesTheMixer()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SET_BUFFER_SIZE, ModelFixture::bytes(64u));
+    fixture.request(handle, VESMORA_SET_BUFFER_SIZE, SimModelFixture::bytes(64u));
     fixture.request(handle, VESMORA_STOP_AUDIO);
-    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
     fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
     model_unplug(fixture.model(), 0);
     fixture.plug(VESMORA_PID_RM);
@@ -138,9 +138,9 @@ void ModelTest::pluggingInKeepsSettingsAndEmptiesTheMixer()
     QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
 }
 
-void ModelTest::everyCommandSucceedsWithItsExactLengths()
+void tst_SimModel::everyCommandSucceedsWithItsExactLengths()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     for (std::uint32_t i = 0; i < sim_command_count; ++i) {
@@ -151,9 +151,9 @@ void ModelTest::everyCommandSucceedsWithItsExactLengths()
     }
 }
 
-void ModelTest::everyCommandRefusesAnotherInputLength()
+void tst_SimModel::everyCommandRefusesAnotherInputLength()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     for (std::uint32_t i = 0; i < sim_command_count; ++i) {
@@ -168,9 +168,9 @@ void ModelTest::everyCommandRefusesAnotherInputLength()
     }
 }
 
-void ModelTest::everyCommandRefusesAShorterOutput()
+void tst_SimModel::everyCommandRefusesAShorterOutput()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     int tried = 0;
@@ -185,18 +185,18 @@ void ModelTest::everyCommandRefusesAShorterOutput()
     QCOMPARE(tried, 6);
 }
 
-void ModelTest::aLongerOutputIsFilledOnlyAsFarAsTheReplyGoes()
+void tst_SimModel::aLongerOutputIsFilledOnlyAsFarAsTheReplyGoes()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX2);
     const SimHandle handle = fixture.open();
     QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 100), SIM_SUCCESS);
     QCOMPARE(fixture.outputAs<std::uint32_t>(), VESMORA_PID_RX2);
 }
 
-void ModelTest::unknownCodesAreRefused()
+void tst_SimModel::unknownCodesAreRefused()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     for (const std::uint32_t code : {0u, VESMORA_CONTROL_CODE(0x809u), VESMORA_CONTROL_CODE(0x823u),
@@ -206,9 +206,9 @@ void ModelTest::unknownCodesAreRefused()
     QCOMPARE(stateOf(fixture).plugged, 1u);
 }
 
-void ModelTest::settersAreReadBackByGetters()
+void tst_SimModel::settersAreReadBackByGetters()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     const std::pair<std::uint32_t, std::uint32_t> pairs[] = {
@@ -216,17 +216,17 @@ void ModelTest::settersAreReadBackByGetters()
         {VESMORA_SET_BUFFER_SIZE, VESMORA_GET_BUFFER_SIZE},
         {VESMORA_SET_USB_LATENCY, VESMORA_GET_USB_LATENCY}};
     for (const auto &[set, get] : pairs) {
-        QCOMPARE(fixture.request(handle, set, ModelFixture::bytes(0xFEDCBA98u)), SIM_SUCCESS);
+        QCOMPARE(fixture.request(handle, set, SimModelFixture::bytes(0xFEDCBA98u)), SIM_SUCCESS);
         QCOMPARE(fixture.request(handle, get, {}, 4), SIM_SUCCESS);
         QCOMPARE(fixture.outputAs<std::uint32_t>(), 0xFEDCBA98u);
     }
-    fixture.request(handle, VESMORA_SET_WDM_CHANNEL_COUNT, ModelFixture::bytes(4u));
+    fixture.request(handle, VESMORA_SET_WDM_CHANNEL_COUNT, SimModelFixture::bytes(4u));
     QCOMPARE(stateOf(fixture).values[VESMORA_SIM_WDM_CHANNELS], 4u);
 }
 
-void ModelTest::engineCommandsSwitchTheEngine()
+void tst_SimModel::engineCommandsSwitchTheEngine()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     for (const std::uint32_t start : {VESMORA_INIT_AUDIO, VESMORA_RESTART_AUDIO}) {
@@ -237,9 +237,9 @@ void ModelTest::engineCommandsSwitchTheEngine()
     }
 }
 
-void ModelTest::slowModeIsSwitched()
+void tst_SimModel::slowModeIsSwitched()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.request(handle, VESMORA_ENABLE_USB_SLOW_MODE);
@@ -248,9 +248,9 @@ void ModelTest::slowModeIsSwitched()
     QCOMPARE(stateOf(fixture).values[VESMORA_SIM_SLOW_MODE], 0u);
 }
 
-void ModelTest::identifierAnswerCanBeChangedWithoutUnplugging()
+void tst_SimModel::identifierAnswerCanBeChangedWithoutUnplugging()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     QCOMPARE(fixture.control(VESMORA_SIM_SET_VALUE, VesmoraSimSetting{VESMORA_SIM_IDENTIFIER, 0}),
@@ -259,12 +259,12 @@ void ModelTest::identifierAnswerCanBeChangedWithoutUnplugging()
     QCOMPARE(fixture.outputAs<std::uint32_t>(), 0u);
 }
 
-void ModelTest::metersAreAnsweredAsSet()
+void tst_SimModel::metersAreAnsweredAsSet()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const VesmoraSimMeter meters[] = {{0, INT32_MIN}, {191, INT32_MAX}, {2, -2}};
-    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, ModelFixture::bytes(meters)), SIM_SUCCESS);
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, SimModelFixture::bytes(meters)), SIM_SUCCESS);
     QCOMPARE(fixture.request(fixture.open(), VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord)),
              SIM_SUCCESS);
     const auto record = fixture.outputAs<MeterRecord>();
@@ -274,23 +274,23 @@ void ModelTest::metersAreAnsweredAsSet()
     QCOMPARE(record.levels[191], INT32_MAX);
 }
 
-void ModelTest::metersOutOfRangeChangeNothing()
+void tst_SimModel::metersOutOfRangeChangeNothing()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const VesmoraSimMeter meters[] = {{0, 1}, {192, 1}};
-    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, ModelFixture::bytes(meters)),
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, SimModelFixture::bytes(meters)),
              SIM_INVALID_PARAMETER);
     fixture.request(fixture.open(), VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord));
     QCOMPARE(fixture.outputAs<MeterRecord>().levels[0], 0);
 }
 
-void ModelTest::firmwareIsAnsweredWithZerosBehindIt()
+void tst_SimModel::firmwareIsAnsweredWithZerosBehindIt()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
-    const QByteArray request = ModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+    const QByteArray request = SimModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
     fixture.request(handle, VESMORA_VENDOR_REQUEST, request, 32);
     QCOMPARE(fixture.output, QByteArray("2025093001") + QByteArray(22, '\0'));
     QCOMPARE(fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ")), SIM_SUCCESS);
@@ -298,21 +298,21 @@ void ModelTest::firmwareIsAnsweredWithZerosBehindIt()
     QCOMPARE(fixture.output, QByteArray("ABCDEFGHIJ") + QByteArray(22, '\0'));
 }
 
-void ModelTest::mixerBlockIsKept()
+void tst_SimModel::mixerBlockIsKept()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     MixerBlock block{};
     block.matrix[64][3] = 0.1;
     block.outputGains[95] = -1e300;
-    fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, ModelFixture::bytes(block));
+    fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, SimModelFixture::bytes(block));
     fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof block);
-    QCOMPARE(fixture.output, ModelFixture::bytes(block));
+    QCOMPARE(fixture.output, SimModelFixture::bytes(block));
 }
 
-void ModelTest::aFailedMixerBlockIsNotTaken()
+void tst_SimModel::aFailedMixerBlockIsNotTaken()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     fixture.fail(VESMORA_SEND_MIXER_BLOCK, 1);
     const QByteArray block(sizeof(MixerBlock), '\1');
@@ -321,46 +321,46 @@ void ModelTest::aFailedMixerBlockIsNotTaken()
     QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
 }
 
-void ModelTest::packetsAreKeptByOpcode()
+void tst_SimModel::packetsAreKeptByOpcode()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
-    const QByteArray volume = ModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, -10);
+    const QByteArray volume = SimModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, -10);
     fixture.request(handle, VESMORA_SEND_PACKET,
-                    ModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, 7));
+                    SimModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, 7));
     fixture.request(handle, VESMORA_SEND_PACKET, volume);
     fixture.request(handle, VESMORA_SEND_PACKET,
-                    ModelFixture::packet(VESMORA_OPCODE_MIC_48V, 1, 2));
+                    SimModelFixture::packet(VESMORA_OPCODE_MIC_48V, 1, 2));
     const VesmoraSimState state = stateOf(fixture);
     int kept = 0;
     for (const CommandPacket &packet : state.packets) {
         kept += packet.kind == VESMORA_PACKET_KIND;
         if (packet.opcode == VESMORA_OPCODE_MIC_VOLUME)
-            QCOMPARE(ModelFixture::bytes(packet), volume);
+            QCOMPARE(SimModelFixture::bytes(packet), volume);
     }
     QCOMPARE(kept, 2);
 }
 
-void ModelTest::otgFollowsItsPackets()
+void tst_SimModel::otgFollowsItsPackets()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
     QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 0u);
-    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_ON));
+    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_ON));
     QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 1u);
 }
 
-void ModelTest::badPacketsAreRefused_data()
+void tst_SimModel::badPacketsAreRefused_data()
 {
     QTest::addColumn<std::uint32_t>("code");
     QTest::addColumn<QByteArray>("packet");
     QTest::addColumn<std::uint32_t>("status");
     const auto send = VESMORA_SEND_PACKET;
     const auto vendor = VESMORA_VENDOR_REQUEST;
-    const auto packet = ModelFixture::packet;
+    const auto packet = SimModelFixture::packet;
     const auto with = [](QByteArray bytes, qsizetype index, char value) {
         bytes[index] = value;
         return bytes;
@@ -382,12 +382,12 @@ void ModelTest::badPacketsAreRefused_data()
     QTest::newRow("plain with state") << send << packet(0x60, 1, 0, 0) << wrong;
 }
 
-void ModelTest::badPacketsAreRefused()
+void tst_SimModel::badPacketsAreRefused()
 {
     QFETCH(std::uint32_t, code);
     QFETCH(QByteArray, packet);
     QFETCH(std::uint32_t, status);
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     QCOMPARE(fixture.request(fixture.open(), code, packet, 32), status);
     const VesmoraSimState state = stateOf(fixture);
@@ -396,9 +396,9 @@ void ModelTest::badPacketsAreRefused()
         QCOMPARE(kept.kind, std::uint8_t(0));
 }
 
-void ModelTest::afterUnpluggingEveryCommandFailsAndIsRecorded()
+void tst_SimModel::afterUnpluggingEveryCommandFailsAndIsRecorded()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     QCOMPARE(model_unplug(fixture.model(), 0), SIM_SUCCESS);
@@ -413,9 +413,9 @@ void ModelTest::afterUnpluggingEveryCommandFailsAndIsRecorded()
     QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &second), SIM_NO_SUCH_FILE);
 }
 
-void ModelTest::aHandleFromBeforeAReplugKeepsFailing()
+void tst_SimModel::aHandleFromBeforeAReplugKeepsFailing()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle before = fixture.open();
     model_unplug(fixture.model(), 0);
@@ -426,9 +426,9 @@ void ModelTest::aHandleFromBeforeAReplugKeepsFailing()
     QCOMPARE(fixture.request(after, VESMORA_STOP_AUDIO), SIM_SUCCESS);
 }
 
-void ModelTest::handlesAreCounted()
+void tst_SimModel::handlesAreCounted()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle first = fixture.open();
     const SimHandle second = fixture.open();
@@ -442,13 +442,13 @@ void ModelTest::handlesAreCounted()
     QCOMPARE(stateOf(fixture).openHandles, 0u);
 }
 
-void ModelTest::resetLeavesASaneDevice()
+void tst_SimModel::resetLeavesASaneDevice()
 {
-    ModelFixture fixture;
-    ModelFixture untouched;
+    SimModelFixture fixture;
+    SimModelFixture untouched;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SET_SAMPLE_RATE, ModelFixture::bytes(96000u));
+    fixture.request(handle, VESMORA_SET_SAMPLE_RATE, SimModelFixture::bytes(96000u));
     fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
     fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ"));
     fixture.control(VESMORA_SIM_SET_METERS, VesmoraSimMeter{3, 3});
@@ -457,7 +457,7 @@ void ModelTest::resetLeavesASaneDevice()
     fixture.fail(VESMORA_STOP_AUDIO, 1);
     model_close(fixture.model(), &handle, 0);
     QCOMPARE(fixture.control(VESMORA_SIM_RESET), SIM_SUCCESS);
-    QCOMPARE(ModelFixture::bytes(stateOf(fixture)), ModelFixture::bytes(stateOf(untouched)));
+    QCOMPARE(SimModelFixture::bytes(stateOf(fixture)), SimModelFixture::bytes(stateOf(untouched)));
     QCOMPARE(std::memcmp(fixture.model()->meters, untouched.model()->meters,
                          sizeof untouched.model()->meters),
              0);
@@ -465,9 +465,9 @@ void ModelTest::resetLeavesASaneDevice()
     QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
 }
 
-void ModelTest::theNthRequestFails()
+void tst_SimModel::theNthRequestFails()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 3, 1, SIM_ACCESS_DENIED), SIM_SUCCESS);
@@ -481,9 +481,9 @@ void ModelTest::theNthRequestFails()
     QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
 }
 
-void ModelTest::severalRequestsFailInARow()
+void tst_SimModel::severalRequestsFailInARow()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.fail(VESMORA_GET_DEVICE_PID, 2, 3);
@@ -494,9 +494,9 @@ void ModelTest::severalRequestsFailInARow()
     }
 }
 
-void ModelTest::failuresForEverEndWhenTheyAreCleared()
+void tst_SimModel::failuresForEverEndWhenTheyAreCleared()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.fail(VESMORA_INIT_AUDIO, 1, VESMORA_SIM_FOR_EVER);
@@ -506,24 +506,24 @@ void ModelTest::failuresForEverEndWhenTheyAreCleared()
     QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_SUCCESS);
 }
 
-void ModelTest::aFaultOfOneOpcodeSparesTheOthers()
+void tst_SimModel::aFaultOfOneOpcodeSparesTheOthers()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.fail(VESMORA_SEND_PACKET, 1, 1, SIM_UNSUCCESSFUL, VESMORA_OPCODE_OTG_ON);
-    QCOMPARE(
-        fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF)),
-        SIM_SUCCESS);
-    QCOMPARE(
-        fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_ON)),
-        SIM_UNSUCCESSFUL);
+    QCOMPARE(fixture.request(handle, VESMORA_SEND_PACKET,
+                             SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF)),
+             SIM_SUCCESS);
+    QCOMPARE(fixture.request(handle, VESMORA_SEND_PACKET,
+                             SimModelFixture::packet(VESMORA_OPCODE_OTG_ON)),
+             SIM_UNSUCCESSFUL);
     QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 0u);
 }
 
-void ModelTest::ofTwoFaultsTheEarlierDecidesAndBothAreUsedUp()
+void tst_SimModel::ofTwoFaultsTheEarlierDecidesAndBothAreUsedUp()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_ACCESS_DENIED);
@@ -532,9 +532,9 @@ void ModelTest::ofTwoFaultsTheEarlierDecidesAndBothAreUsedUp()
     QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
 }
 
-void ModelTest::aFailingOpenGivesNoHandle()
+void tst_SimModel::aFailingOpenGivesNoHandle()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     fixture.fail(VESMORA_SIM_OPEN_CODE, 2, 1, SIM_ACCESS_DENIED);
     fixture.open();
@@ -545,26 +545,26 @@ void ModelTest::aFailingOpenGivesNoHandle()
     QCOMPARE(fixture.open().id, 2u);
 }
 
-void ModelTest::faultsThatMakeNoSenseAreRefused()
+void tst_SimModel::faultsThatMakeNoSenseAreRefused()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 0), SIM_INVALID_PARAMETER);
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_SUCCESS), SIM_INVALID_PARAMETER);
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1, 1, 0x40000000u), SIM_INVALID_PARAMETER);
     QCOMPARE(stateOf(fixture).faults, 0u);
 }
 
-void ModelTest::noMoreFaultsThanThereIsRoomFor()
+void tst_SimModel::noMoreFaultsThanThereIsRoomFor()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     for (std::uint32_t i = 0; i < SIM_FAULT_COUNT; ++i)
         QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, i + 1), SIM_SUCCESS);
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1), SIM_INSUFFICIENT_RESOURCES);
 }
 
-void ModelTest::anUnpluggedDeviceCountsNoRequests()
+void tst_SimModel::anUnpluggedDeviceCountsNoRequests()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle before = fixture.open();
     fixture.fail(VESMORA_STOP_AUDIO, 1);
@@ -574,9 +574,9 @@ void ModelTest::anUnpluggedDeviceCountsNoRequests()
     QCOMPARE(fixture.request(fixture.open(), VESMORA_STOP_AUDIO), SIM_UNSUCCESSFUL);
 }
 
-void ModelTest::delaysAreReportedPerCodeAndOpcode()
+void tst_SimModel::delaysAreReportedPerCodeAndOpcode()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle handle = fixture.open();
     const auto setDelay = [&](std::uint32_t code, std::uint32_t opcode, std::uint32_t time) {
@@ -588,9 +588,9 @@ void ModelTest::delaysAreReportedPerCodeAndOpcode()
     QCOMPARE(fixture.delay, 100u);
     fixture.request(handle, VESMORA_INIT_AUDIO);
     QCOMPARE(fixture.delay, 0u);
-    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_ON));
+    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_ON));
     QCOMPARE(fixture.delay, 250u);
-    fixture.request(handle, VESMORA_SEND_PACKET, ModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
     QCOMPARE(fixture.delay, 0u);
 
     QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 0), SIM_SUCCESS);
@@ -601,9 +601,9 @@ void ModelTest::delaysAreReportedPerCodeAndOpcode()
     QCOMPARE(stateOf(fixture).delays, 0u);
 }
 
-void ModelTest::delaysThatMakeNoSenseAreRefused()
+void tst_SimModel::delaysThatMakeNoSenseAreRefused()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     QCOMPARE(fixture.control(VESMORA_SIM_SET_DELAY,
                              VesmoraSimDelay{VESMORA_SIM_OPEN_CODE, VESMORA_SIM_ANY_OPCODE, 1}),
              SIM_INVALID_PARAMETER);
@@ -619,9 +619,9 @@ void ModelTest::delaysThatMakeNoSenseAreRefused()
         SIM_INSUFFICIENT_RESOURCES);
 }
 
-void ModelTest::controlChecksItsLengths()
+void tst_SimModel::controlChecksItsLengths()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     for (const std::uint32_t code :
          {VESMORA_SIM_PLUG, VESMORA_SIM_UNPLUG, VESMORA_SIM_SET_METERS, VESMORA_SIM_SET_FIRMWARE,
           VESMORA_SIM_SET_VALUE, VESMORA_SIM_ADD_FAULT, VESMORA_SIM_SET_DELAY,
@@ -633,20 +633,20 @@ void ModelTest::controlChecksItsLengths()
              SIM_BUFFER_TOO_SMALL);
     QCOMPARE(fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock) - 1),
              SIM_BUFFER_TOO_SMALL);
-    QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, ModelFixture::bytes(1u), 7),
+    QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(1u), 7),
              SIM_BUFFER_TOO_SMALL);
 }
 
-void ModelTest::unknownControlCodesAreRefused()
+void tst_SimModel::unknownControlCodesAreRefused()
 {
-    ModelFixture fixture;
+    SimModelFixture fixture;
     QCOMPARE(fixture.control(VESMORA_SIM_CODE(0x8FFu)), SIM_INVALID_DEVICE_REQUEST);
     QCOMPARE(fixture.control(VESMORA_STOP_AUDIO), SIM_INVALID_DEVICE_REQUEST);
     QCOMPARE(fixture.control(VESMORA_SIM_SET_VALUE, VesmoraSimSetting{VESMORA_SIM_VALUE_COUNT, 1}),
              SIM_INVALID_PARAMETER);
 }
 
-void ModelTest::everyNamedFailureMapsThereAndBack()
+void tst_SimModel::everyNamedFailureMapsThereAndBack()
 {
     for (std::uint32_t i = 0; i < sim_status_count; ++i) {
         const SimStatus &entry = sim_statuses[i];
@@ -656,13 +656,13 @@ void ModelTest::everyNamedFailureMapsThereAndBack()
     }
 }
 
-void ModelTest::unnamedFailuresMapThereAndBack()
+void tst_SimModel::unnamedFailuresMapThereAndBack()
 {
     QCOMPARE(status_to_error(status_from_error(12345)), 12345u);
     QCOMPARE(status_name(12345), nullptr);
     QCOMPARE(status_to_error(0xC0DE0001u), 317u);
 }
 
-QTEST_APPLESS_MAIN(ModelTest)
+QTEST_APPLESS_MAIN(tst_SimModel)
 
-#include "tst_model.moc"
+#include "tst_simmodel.moc"

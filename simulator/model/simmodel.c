@@ -1,8 +1,8 @@
-#include "model.h"
+#include "simmodel.h"
 
 #include "bytes.h"
-#include "commands.h"
-#include "status.h"
+#include "simcommands.h"
+#include "simstatus.h"
 
 static const uint8_t defaultFirmware[VESMORA_FIRMWARE_VERSION_LENGTH] = {'2', '0', '2', '5', '0',
                                                                          '9', '3', '0', '0', '1'};

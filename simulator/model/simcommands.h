@@ -1,5 +1,5 @@
-#ifndef COMMANDS_H
-#define COMMANDS_H
+#ifndef SIMCOMMANDS_H
+#define SIMCOMMANDS_H
 
 #include "controlprotocol.h"
 
