@@ -8,7 +8,7 @@
  *
  * As on Windows, calls on one synchronous handle take turns: while a thread waits in
  * ConnectNamedPipe or ReadFile, DisconnectNamedPipe and CloseHandle on that handle wait too. Only
- * CancelIoEx does not.
+ * CancelIoEx and CancelSynchronousIo do not.
  */
 #ifndef VESMORA_HOST_WINDOWS_H
 #define VESMORA_HOST_WINDOWS_H
@@ -50,6 +50,9 @@ typedef struct OVERLAPPED *LPOVERLAPPED;
 #define OPEN_EXISTING 3u
 #define FILE_ATTRIBUTE_NORMAL 0x00000080u
 #define FILE_FLAG_OVERLAPPED 0x40000000u
+
+#define SYNCHRONIZE 0x00100000u
+#define THREAD_TERMINATE 0x00000001u
 
 #define PIPE_ACCESS_DUPLEX 0x00000003u
 #define PIPE_WAIT 0x00000000u
@@ -112,6 +115,11 @@ HANDLE WINAPI CreateNamedPipeW(LPCWSTR lpName, DWORD dwOpenMode, DWORD dwPipeMod
                                DWORD nDefaultTimeOut, LPSECURITY_ATTRIBUTES lpSecurityAttributes);
 BOOL WINAPI ConnectNamedPipe(HANDLE hNamedPipe, LPOVERLAPPED lpOverlapped);
 BOOL WINAPI DisconnectNamedPipe(HANDLE hNamedPipe);
+
+DWORD WINAPI GetCurrentThreadId(void);
+HANDLE WINAPI OpenThread(DWORD dwDesiredAccess, BOOL bInheritHandle, DWORD dwThreadId);
+/* The right it takes is THREAD_TERMINATE. */
+BOOL WINAPI CancelSynchronousIo(HANDLE hThread);
 
 /* Milliseconds. */
 void WINAPI Sleep(DWORD dwMilliseconds);

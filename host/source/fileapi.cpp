@@ -71,7 +71,7 @@ BOOL DeviceIoControl(HANDLE device, DWORD code, LPVOID input, DWORD inputLength,
 BOOL CancelIoEx(HANDLE file, LPOVERLAPPED)
 {
     return reported([&] {
-        const std::shared_ptr<IoObject> object = HandleTable::instance().find(file);
+        const std::shared_ptr<IoObject> object = HandleTable::instance().find<IoObject>(file);
         if (!object)
             return DWORD{ERROR_INVALID_HANDLE};
         return object->cancel() ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_NOT_FOUND};
@@ -81,10 +81,9 @@ BOOL CancelIoEx(HANDLE file, LPOVERLAPPED)
 BOOL CloseHandle(HANDLE handle)
 {
     return reported([&] {
-        const std::shared_ptr<IoObject> object = HandleTable::instance().take(handle);
+        const std::shared_ptr<HandleObject> object = HandleTable::instance().take(handle);
         if (!object)
             return DWORD{ERROR_INVALID_HANDLE};
-        const std::lock_guard turn(object->turn());
         object->close();
         return DWORD{ERROR_SUCCESS};
     });

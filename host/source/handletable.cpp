@@ -7,7 +7,7 @@ HandleTable &HandleTable::instance()
     return *table;
 }
 
-HANDLE HandleTable::insert(std::shared_ptr<IoObject> object)
+HANDLE HandleTable::insert(std::shared_ptr<HandleObject> object)
 {
     const std::lock_guard lock(m_mutex);
     // Multiples of four, as on Windows: neither null nor INVALID_HANDLE_VALUE is one in practice.
@@ -17,14 +17,14 @@ HANDLE HandleTable::insert(std::shared_ptr<IoObject> object)
     return handle;
 }
 
-std::shared_ptr<IoObject> HandleTable::find(HANDLE handle)
+std::shared_ptr<HandleObject> HandleTable::find(HANDLE handle)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_objects.find(handle);
     return found == m_objects.end() ? nullptr : found->second;
 }
 
-std::shared_ptr<IoObject> HandleTable::take(HANDLE handle)
+std::shared_ptr<HandleObject> HandleTable::take(HANDLE handle)
 {
     const std::lock_guard lock(m_mutex);
     auto node = m_objects.extract(handle);

@@ -2,6 +2,7 @@
 
 void IoObject::close()
 {
+    const std::lock_guard turn(m_turn);
     m_closed = true;
     release();
 }

@@ -1,25 +1,24 @@
 #ifndef IOOBJECT_H
 #define IOOBJECT_H
 
+#include "handleobject.h"
+
 #include <windows.h>
 
 #include <mutex>
 
-/// What a handle stands for. Every operation returns a Win32 error; what a kind of object does not
-/// know fails with ERROR_INVALID_FUNCTION.
+/// What is read from and written to. Every operation returns a Win32 error; what a kind of object
+/// does not know fails with ERROR_INVALID_FUNCTION.
 ///
-/// All operations but cancel() are called with turn() held: one at a time, as on Windows.
-class IoObject
+/// All operations but cancel() and close() are called with turn() held: one at a time, as on
+/// Windows.
+class IoObject : public HandleObject
 {
 public:
-    IoObject() = default;
-    virtual ~IoObject() = default;
-    IoObject(const IoObject &) = delete;
-    IoObject &operator=(const IoObject &) = delete;
-
     std::mutex &turn() { return m_turn; }
     bool isClosed() const { return m_closed; }
-    void close();
+    /// Waits for its turn.
+    void close() override;
 
     virtual DWORD read(void *buffer, DWORD length, DWORD &count);
     virtual DWORD write(const void *data, DWORD length, DWORD &count);

@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <future>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -134,13 +135,58 @@ bool hasEnded(const std::future<Outcome> &call, std::chrono::milliseconds patien
 }
 
 /// Cancels until the call has ended: it may not have begun to wait when the first request comes.
-bool cancelUntilEnded(const Handle &pipe, const std::future<Outcome> &call)
+template <typename Cancel>
+bool cancelUntilEnded(const std::future<Outcome> &call, const Cancel &cancel)
 {
     const auto end = std::chrono::steady_clock::now() + deadline;
     while (!hasEnded(call, 1ms) && std::chrono::steady_clock::now() < end)
-        CancelIoEx(pipe.get(), nullptr);
+        cancel();
     return hasEnded(call, 0ms);
 }
+
+bool cancelUntilEnded(const Handle &pipe, const std::future<Outcome> &call)
+{
+    return cancelUntilEnded(call, [&] { CancelIoEx(pipe.get(), nullptr); });
+}
+
+/// Null where there is no such thread.
+Handle openThread(DWORD id, DWORD access = THREAD_TERMINATE)
+{
+    const HANDLE thread = OpenThread(access, FALSE, id);
+    return Handle(thread ? thread : INVALID_HANDLE_VALUE);
+}
+
+Outcome cancelThread(const Handle &thread)
+{
+    return outcome([&] { return CancelSynchronousIo(thread.get()); });
+}
+
+/// A call on a thread of its own, which can be cancelled by thread.
+class ThreadCall
+{
+public:
+    template <typename Call> explicit ThreadCall(Call call)
+    {
+        // Shared: the thread may still be in set_value() when the value is there.
+        const auto id = std::make_shared<std::promise<DWORD>>();
+        m_result = start([id, call] {
+            id->set_value(GetCurrentThreadId());
+            return call();
+        });
+        m_thread = openThread(id->get_future().get());
+    }
+
+    const Handle &thread() const { return m_thread; }
+    bool cancelUntilEnded() const
+    {
+        return ::cancelUntilEnded(m_result, [this] { cancelThread(m_thread); });
+    }
+    Outcome result() { return m_result.get(); }
+
+private:
+    std::future<Outcome> m_result;
+    Handle m_thread;
+};
 
 } // namespace
 
@@ -187,6 +233,11 @@ private slots:
 
     void cancellingEndsConnectNamedPipe();
     void cancellingEndsReadFile();
+    void cancellingAThreadEndsConnectNamedPipe();
+    void cancellingAThreadEndsReadFile();
+    void cancellingAThreadLeavesTheOthersAlone();
+    void cancellingAThreadThatDoesNotWaitFindsNothing();
+    void cancellingAThreadTakesTheRightTo();
     void callsOnAnUnknownHandleFail();
 
 private:
@@ -619,6 +670,80 @@ void TestNamedPipes::cancellingEndsReadFile()
     // The connection has not suffered.
     QVERIFY(transmit(client, "1").ok);
     QCOMPARE(receive(server).bytes, QByteArray("1"));
+}
+
+void TestNamedPipes::cancellingAThreadEndsConnectNamedPipe()
+{
+    const Handle server = createPipe(m_name);
+    for (int round = 0; round < 20; ++round) {
+        ThreadCall connecting([&] { return awaitClient(server); });
+        QVERIFY(connecting.cancelUntilEnded());
+        QVERIFY(connecting.result().failedWith(ERROR_OPERATION_ABORTED));
+    }
+    // It still listens.
+    const Handle client = openPipe(m_name);
+    QVERIFY(client.isOpen());
+    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
+}
+
+void TestNamedPipes::cancellingAThreadEndsReadFile()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    for (int round = 0; round < 20; ++round) {
+        ThreadCall reading([&] { return receive(server); });
+        QVERIFY(reading.cancelUntilEnded());
+        QVERIFY(reading.result().failedWith(ERROR_OPERATION_ABORTED));
+    }
+    // The connection has not suffered.
+    QVERIFY(transmit(client, "1").ok);
+    QCOMPARE(receive(server).bytes, QByteArray("1"));
+}
+
+void TestNamedPipes::cancellingAThreadLeavesTheOthersAlone()
+{
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    awaitClient(server);
+    const Handle otherServer = createPipe(m_name);
+    const Handle otherClient = openPipe(m_name);
+    awaitClient(otherServer);
+    ThreadCall cancelled([&] { return receive(server); });
+    ThreadCall other([&] { return receive(otherServer); });
+    QVERIFY(cancelled.cancelUntilEnded());
+    QVERIFY(transmit(otherClient, "1").ok);
+    QCOMPARE(other.result().bytes, QByteArray("1"));
+}
+
+void TestNamedPipes::cancellingAThreadThatDoesNotWaitFindsNothing()
+{
+    const Handle self = openThread(GetCurrentThreadId());
+    QVERIFY(self.isOpen());
+    QVERIFY(cancelThread(self).failedWith(ERROR_NOT_FOUND));
+
+    const Handle server = createPipe(m_name);
+    const Handle client = openPipe(m_name);
+    QVERIFY(transmit(client, "1").ok);
+    QVERIFY(receive(server).ok);
+    QVERIFY(cancelThread(self).failedWith(ERROR_NOT_FOUND));
+
+    ThreadCall over([&] { return transmit(client, "2"); });
+    QVERIFY(over.result().ok);
+    QVERIFY(cancelThread(over.thread()).failedWith(ERROR_NOT_FOUND));
+    // What was asked in vain does not hit what comes later.
+    QVERIFY(receive(server).ok);
+}
+
+void TestNamedPipes::cancellingAThreadTakesTheRightTo()
+{
+    const Handle weak = openThread(GetCurrentThreadId(), SYNCHRONIZE);
+    QVERIFY(weak.isOpen());
+    QVERIFY(cancelThread(weak).failedWith(ERROR_ACCESS_DENIED));
+    QVERIFY(openThread(0x7FFFFFF0).failedWith(ERROR_INVALID_PARAMETER));
+    const Handle pipe = createPipe(m_name);
+    QVERIFY(cancelThread(pipe).failedWith(ERROR_INVALID_HANDLE));
+    QVERIFY(cancelThread(Handle()).failedWith(ERROR_INVALID_HANDLE));
 }
 
 void TestNamedPipes::callsOnAnUnknownHandleFail()
