@@ -1,5 +1,7 @@
 #include "knob.h"
 
+#include "wholenumber.h"
+
 #include <QBrush>
 #include <QConicalGradient>
 #include <QEnterEvent>
@@ -13,7 +15,6 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <limits>
 
 namespace {
 
@@ -135,7 +136,7 @@ void Knob::startEdit()
 {
     const int dx = truncated(textRect.width() * editorMargin);
     const int dy = truncated(textRect.height() * editorMargin);
-    editor->setText(QString::number(displayOffset + value));
+    editor->setText(QString::number(offsetValue()));
     editor->setGeometry(textRect.adjusted(dx, dy, -dx, -dy));
     editor->show();
     editor->setFocus(Qt::OtherFocusReason);
@@ -154,21 +155,22 @@ std::optional<qint64> Knob::typedNumber() const
     QString text = editor->text();
     if (text.endsWith(suffix))
         text.chop(suffix.size());
-
-    bool isNumber = false;
-    const qint64 number = text.toLongLong(&isNumber);
-    if (!isNumber)
-        return std::nullopt;
-    // Leaves room to subtract the offset.
-    using Bounds = std::numeric_limits<int>;
-    return std::clamp<qint64>(number, Bounds::min(), Bounds::max());
+    return wholeNumber(text);
 }
 
 void Knob::finishEdit()
 {
     const qint64 shown = typedNumber().value_or(value);
     closeEditor();
-    commit(shown - displayOffset);
+    // Out of every int's range with any offset, yet with room to subtract it.
+    constexpr qint64 farthest = qint64{1} << 32;
+    commit(std::clamp(shown, -farthest, farthest) - displayOffset);
+}
+
+/// The value as the user reads and types it, which may be beyond an int.
+qint64 Knob::offsetValue() const
+{
+    return qint64{displayOffset} + value;
 }
 
 double Knob::sweepAngle() const
@@ -181,7 +183,7 @@ double Knob::sweepAngle() const
 
 QString Knob::valueText() const
 {
-    const int shown = value == 0 ? 0 : displayOffset + value;
+    const qint64 shown = value == 0 ? 0 : offsetValue();
     return QString::number(shown) + suffix;
 }
 

@@ -59,8 +59,8 @@ public:
     QRect textRect;                        ///< of the value text, as last painted
 
 public slots:
-    /// Takes the editor's number, with or without suffix, as the new value and closes the editor.
-    /// A text that is no number keeps the value, less displayOffset.
+    /// Takes the editor's whole number, with or without suffix, as the new value and closes the
+    /// editor. Any other text keeps the value, less displayOffset.
     void finishEdit();
 
 signals:
@@ -85,6 +85,7 @@ private:
     void startEdit();
     void closeEditor();
     std::optional<qint64> typedNumber() const;
+    qint64 offsetValue() const;
 
     double sweepAngle() const;
     QString valueText() const;

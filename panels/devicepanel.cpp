@@ -2,6 +2,7 @@
 
 #include "panelparts.h"
 #include "vesmoraiocontrol.h"
+#include "wholenumber.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -10,6 +11,9 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <algorithm>
+#include <limits>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -17,8 +21,22 @@ namespace {
 constexpr auto meterInterval = 500ms;
 /// In the device's own units.
 constexpr std::int16_t outputVolume = 100;
-/// The device counts microphone gain in half decibels.
+/// The device is sent a microphone's gain doubled.
 constexpr int micStepsPerDb = 2;
+
+/// The level in dB that a settings file holds, or @p initialDb where it holds none. Anything but a
+/// whole number is none: what a damaged file says must not make headphones loud.
+int savedLevel(const QVariant &saved, int initialDb)
+{
+    // As this program has just saved it; what is read from a file is text.
+    if (saved.typeId() == QMetaType::Int)
+        return saved.toInt();
+    if (saved.typeId() != QMetaType::QString)
+        return initialDb;
+    using Bounds = std::numeric_limits<int>;
+    const qint64 db = wholeNumber(saved.toString()).value_or(initialDb);
+    return static_cast<int>(std::clamp<qint64>(db, Bounds::min(), Bounds::max()));
+}
 
 } // namespace
 
@@ -184,7 +202,7 @@ QString DevicePanel::keyOf(const Button *button)
 
 void DevicePanel::restore(Knob *knob, int initialDb)
 {
-    knob->setValue(m_settings->value(keyOf(knob), initialDb).toInt());
+    knob->setValue(savedLevel(m_settings->value(keyOf(knob)), initialDb));
 }
 
 void DevicePanel::restore(Button *button)

@@ -53,10 +53,13 @@ private slots:
     void editorMarginsAreTruncatedPartsOfTheText();
     void editorShowsTheOffsetValueWithoutSuffix();
     void editorShowsTheOffsetAlsoForZero();
+    void editorShowsNumbersBeyondAnyInt();
 
     void typingANumberAndReturnCommitsOnce();
     void losingFocusCommitsOnce();
     void typingTheSuffixIsAllowed();
+    void typingSpaceAroundTheNumberAndASignIsAllowed_data();
+    void typingSpaceAroundTheNumberAndASignIsAllowed();
     void typingBeyondTheRangeCommitsTheBound_data();
     void typingBeyondTheRangeCommitsTheBound();
     void typingNoNumberKeepsTheValueAndEmits_data();
@@ -68,6 +71,7 @@ private slots:
     void returnSubtractsTheOffsetOnlyOnce();
     void finishingFromOutsideSubtractsTheOffsetOnlyOnce();
     void commitOfNoNumberSubtractsTheOffsetFromTheOldValue();
+    void commitSurvivesHugeNumbersAndOffsets_data();
     void commitSurvivesHugeNumbersAndOffsets();
     void aReopenedEditorShowsTheCommittedValue();
     void destructionWhileEditingCommitsNothing();
@@ -163,6 +167,17 @@ void KnobEditingTest::editorShowsTheOffsetAlsoForZero()
     QCOMPARE(knob.editor->text(), QString("25"));
 }
 
+void KnobEditingTest::editorShowsNumbersBeyondAnyInt()
+{
+    RangedKnob knob(-80, 6, 6);
+    knob.displayOffset = std::numeric_limits<int>::max();
+    picture(knob);
+    openEditor(knob);
+    QCOMPARE(knob.editor->text(), "2147483653");
+    knob.finishEdit();
+    QCOMPARE(knob.value, 6);
+}
+
 void KnobEditingTest::typingANumberAndReturnCommitsOnce()
 {
     Window window;
@@ -208,6 +223,27 @@ void KnobEditingTest::typingTheSuffixIsAllowed()
     QCOMPARE(values(spy), QList<int>({12, 13, 14}));
 }
 
+void KnobEditingTest::typingSpaceAroundTheNumberAndASignIsAllowed_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plus") << "+5";
+    QTest::newRow("space") << "  5 ";
+    QTest::newRow("other space") << "\t5\t";
+    QTest::newRow("space and plus") << " +5 ";
+    QTest::newRow("space and suffix") << " 5 dB";
+    QTest::newRow("zeros") << "00000000000000000000000005";
+}
+
+void KnobEditingTest::typingSpaceAroundTheNumberAndASignIsAllowed()
+{
+    QFETCH(QString, text);
+    RangedKnob knob(-80, 6, -20);
+    const QSignalSpy spy(&knob, &Knob::valueChangedSig);
+    knob.editor->setText(text);
+    knob.finishEdit();
+    QCOMPARE(values(spy), QList<int>({5}));
+}
+
 void KnobEditingTest::typingBeyondTheRangeCommitsTheBound_data()
 {
     QTest::addColumn<QString>("text");
@@ -217,6 +253,15 @@ void KnobEditingTest::typingBeyondTheRangeCommitsTheBound_data()
     QTest::newRow("above, with suffix") << "99dB" << 6;
     QTest::newRow("above any int") << "99999999999" << 6;
     QTest::newRow("below any int") << "-99999999999" << -80;
+    QTest::newRow("5 after 2^32") << "4294967301" << 6;
+    QTest::newRow("5 before -2^32") << "-4294967291" << -80;
+    QTest::newRow("above 64 bits") << "99999999999999999999" << 6;
+    QTest::newRow("below 64 bits") << "-99999999999999999999" << -80;
+    QTest::newRow("above 64 bits, with sign and suffix") << "+99999999999999999999 dB" << 6;
+    QTest::newRow("5 after 2^64") << "18446744073709551621" << 6;
+    QTest::newRow("5 before -2^64") << "-18446744073709551611" << -80;
+    QTest::newRow("a thousand digits") << QString(1000, '9') << 6;
+    QTest::newRow("minus and a thousand digits") << '-' + QString(1000, '9') << -80;
 }
 
 void KnobEditingTest::typingBeyondTheRangeCommitsTheBound()
@@ -242,6 +287,13 @@ void KnobEditingTest::typingNoNumberKeepsTheValueAndEmits_data()
     QTest::newRow("fraction") << "5.5";
     QTest::newRow("hexadecimal") << "0x5";
     QTest::newRow("number, then letters") << "5 loud";
+    QTest::newRow("two numbers") << "5 5";
+    QTest::newRow("sign alone") << "-";
+    QTest::newRow("two signs") << "+-5";
+    QTest::newRow("sign apart") << "- 5";
+    QTest::newRow("group separator") << "1,000";
+    QTest::newRow("full-width digit") << "\uff15";
+    QTest::newRow("long fraction") << "99999999999999999999.5";
 }
 
 void KnobEditingTest::typingNoNumberKeepsTheValueAndEmits()
@@ -345,17 +397,35 @@ void KnobEditingTest::commitOfNoNumberSubtractsTheOffsetFromTheOldValue()
     QCOMPARE(values(spy), QList<int>({-45, -70, -80}));
 }
 
+void KnobEditingTest::commitSurvivesHugeNumbersAndOffsets_data()
+{
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("expected");
+    using Bounds = std::numeric_limits<int>;
+    const QString above("9223372036854775807");
+    const QString below("-9223372036854775808");
+    QTest::newRow("above, least offset") << Bounds::min() << above << 6;
+    QTest::newRow("above, greatest offset") << Bounds::max() << above << 6;
+    QTest::newRow("below, least offset") << Bounds::min() << below << -80;
+    QTest::newRow("below, greatest offset") << Bounds::max() << below << -80;
+    QTest::newRow("within, least offset") << Bounds::min() << "-2147483653" << -5;
+    QTest::newRow("within, greatest offset") << Bounds::max() << "2147483642" << -5;
+    QTest::newRow("zero, least offset") << Bounds::min() << "0" << 6;
+    QTest::newRow("zero, greatest offset") << Bounds::max() << "0" << -80;
+}
+
 void KnobEditingTest::commitSurvivesHugeNumbersAndOffsets()
 {
+    QFETCH(int, offset);
+    QFETCH(QString, text);
+    QFETCH(int, expected);
     RangedKnob knob(-80, 6, -20);
     const QSignalSpy spy(&knob, &Knob::valueChangedSig);
-    knob.displayOffset = std::numeric_limits<int>::min();
-    knob.editor->setText("9223372036854775807");
+    knob.displayOffset = offset;
+    knob.editor->setText(text);
     knob.finishEdit();
-    knob.displayOffset = std::numeric_limits<int>::max();
-    knob.editor->setText("-9223372036854775808");
-    knob.finishEdit();
-    QCOMPARE(values(spy), QList<int>({6, -80}));
+    QCOMPARE(values(spy), QList<int>({expected}));
 }
 
 void KnobEditingTest::aReopenedEditorShowsTheCommittedValue()

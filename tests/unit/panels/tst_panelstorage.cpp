@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QSettings>
 #include <QStandardPaths>
 
 #include <functional>
@@ -93,8 +94,13 @@ private slots:
     void anUnreadableFileYieldsTheDefaults_data();
     void anUnreadableFileYieldsTheDefaults();
     void aPartOfTheKeysIsEnough();
-    void aKnobWithoutANumberIsZeroWithinItsRange_data();
-    void aKnobWithoutANumberIsZeroWithinItsRange();
+    void aKnobWithoutAWholeNumberStartsAsForTheFirstTime_data();
+    void aKnobWithoutAWholeNumberStartsAsForTheFirstTime();
+    void aWholeNumberBeyondTheRangeIsItsNearestBound_data();
+    void aWholeNumberBeyondTheRangeIsItsNearestBound();
+    void aWholeNumberMayHaveSpaceAroundItAndASign_data();
+    void aWholeNumberMayHaveSpaceAroundItAndASign();
+    void aNumberSavedByThisProcessIsTakenAsItIs();
     void buttonsReadTheseWords_data();
     void buttonsReadTheseWords();
     void foreignKeysAreKept();
@@ -104,7 +110,41 @@ private slots:
     void aFileInPlaceOfTheFolderCostsOnlyTheSaving();
     void aFolderInPlaceOfTheFileCostsOnlyTheSaving();
     void eachModelHasAFileOfItsOwn();
+
+private:
+    /// What a panel's knobs come to when it starts.
+    struct KnobStart {
+        QMap<QString, int> values; ///< by object name
+        QStringList sent;
+        QMap<QString, QString> saved;
+    };
+    KnobStart startWith(PanelModel model, const QMap<QString, QByteArray> &texts);
+    void compareStarts(const KnobStart &actual, const KnobStart &expected);
 };
+
+/// Builds the panel of @p model with @p texts in its file for the knobs of these names.
+PanelStorageTest::KnobStart PanelStorageTest::startWith(PanelModel model,
+                                                        const QMap<QString, QByteArray> &texts)
+{
+    begin(model);
+    QByteArray file("[Dial]\n");
+    for (auto it = texts.cbegin(); it != texts.cend(); ++it)
+        file += it.key().toLatin1() + "Value=" + it.value() + '\n';
+    writeSettings(file);
+    build();
+    KnobStart start{.values = {}, .sent = takeSent(), .saved = saved()};
+    const auto knobs = panel().findChildren<Knob *>();
+    for (const Knob *knob : knobs)
+        start.values.insert(knob->objectName(), knob->value);
+    return start;
+}
+
+void PanelStorageTest::compareStarts(const KnobStart &actual, const KnobStart &expected)
+{
+    QCOMPARE(actual.values, expected.values);
+    QCOMPARE(actual.sent, expected.sent);
+    QCOMPARE(actual.saved, expected.saved);
+}
 
 void PanelStorageTest::keysAreSavedInTheOrderOfReplay()
 {
@@ -163,28 +203,135 @@ void PanelStorageTest::aPartOfTheKeysIsEnough()
     QCOMPARE(saved(), expected);
 }
 
-void PanelStorageTest::aKnobWithoutANumberIsZeroWithinItsRange_data()
+void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime_data()
 {
-    QTest::addColumn<QByteArray>("value");
-    QTest::newRow("a word") << QByteArray("loud");
-    QTest::newRow("nothing") << QByteArray("");
-    QTest::newRow("a number and a unit") << QByteArray("12dB");
-    QTest::newRow("a list") << QByteArray("1, 2, 3");
-    QTest::newRow("a number beyond 32 bits") << QByteArray("4294967296");
-    QTest::newRow("a number beyond 64 bits") << QByteArray("99999999999999999999999");
-    QTest::newRow("a switch") << QByteArray("true");
-    QTest::newRow("bytes") << QByteArray("@ByteArray(\\0\\1)");
-    QTest::newRow("an unknown object") << QByteArray("@Variant(\\0\\0\\0\\x7f)");
+    const QMap<QString, QByteArray> texts{
+        {"a word", "loud"},
+        {"nothing", ""},
+        {"quoted nothing", "\"\""},
+        {"a sign", "-"},
+        {"two signs", "+-5"},
+        {"a sign apart", "\"- 5\""},
+        {"a number and a unit", "12dB"},
+        {"a fraction", "-20.5"},
+        {"a fraction of zeros", "5.0"},
+        {"an exponent", "1e1"},
+        {"hexadecimal", "0x5"},
+        {"full-width digits", "\"\\xff15\""},
+        {"a list", "1, 2"},
+        {"a longer list", "1, 2, 3"},
+        {"a switch", "true"},
+        {"bytes", R"(@ByteArray(5))"},
+        {"binary bytes", R"(@ByteArray(\0\1))"},
+        {"a size", "@Size(5 5)"},
+        {"no value", "@Invalid()"},
+        {"a fraction as an object", R"(@Variant(\0\0\0\x6@\x14\0\0\0\0\0\0))"},
+        {"a broken object", "@Variant(5)"},
+        {"an unknown object", R"(@Variant(\0\0\0\x7f))"}};
+    QTest::addColumn<PanelModel>("model");
+    QTest::addColumn<QByteArray>("text");
+    for (const PanelModel model : allPanelModels) {
+        for (auto it = texts.cbegin(); it != texts.cend(); ++it) {
+            // Each start writes the file once a control: the shortest panel has all the rows.
+            if (model == PanelModel::Rm || it.key() == "a word" || it.key() == "a fraction")
+                QTest::addRow("%s, %s", qPrintable(nameOf(model)), qPrintable(it.key()))
+                    << model << it.value();
+        }
+    }
 }
 
-void PanelStorageTest::aKnobWithoutANumberIsZeroWithinItsRange()
+void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime()
 {
-    QFETCH(QByteArray, value);
-    writeSettings("[Dial]\nMicValue=" + value + "\nOtgToHpValue=" + value + '\n');
+    QFETCH(PanelModel, model);
+    QFETCH(QByteArray, text);
+    const KnobStart first = startWith(model, {});
+    QCOMPARE(first.values.value("Mic", 0), 0);
+    QCOMPARE(first.values.value("Headphone"), -80);
+    QCOMPARE(first.saved.value("Dial/HeadphoneValue"), "-80");
+    QMap<QString, QByteArray> texts;
+    const QStringList names = first.values.keys();
+    for (const QString &name : names)
+        texts.insert(name, text);
+    compareStarts(startWith(model, texts), first);
+}
+
+void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound_data()
+{
+    const QList<QByteArray> above{"57",
+                                  "2147483648",
+                                  "4294967296",
+                                  "4294967297",
+                                  "9223372036854775808",
+                                  "18446744073709551617",
+                                  "+99999999999999999999",
+                                  "99999999999999999999"};
+    const QList<QByteArray> below{"-81",
+                                  "-2147483649",
+                                  "-4294967295",
+                                  "-9223372036854775809",
+                                  "-18446744073709551615",
+                                  "-99999999999999999999"};
+    QTest::addColumn<PanelModel>("model");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("isAbove");
+    for (const PanelModel model : allPanelModels) {
+        for (const QByteArray &text : above + below) {
+            if (model == PanelModel::Rm || text == above.last() || text == below.last())
+                QTest::addRow("%s, %s", qPrintable(nameOf(model)), text.constData())
+                    << model << text << above.contains(text);
+        }
+    }
+}
+
+void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound()
+{
+    QFETCH(PanelModel, model);
+    QFETCH(QByteArray, text);
+    QFETCH(bool, isAbove);
+    startWith(model, {});
+    QMap<QString, QByteArray> texts;
+    QMap<QString, QByteArray> bounds;
+    const auto knobs = panel().findChildren<Knob *>();
+    for (const Knob *knob : knobs) {
+        texts.insert(knob->objectName(), text);
+        bounds.insert(knob->objectName(),
+                      QByteArray::number(isAbove ? knob->maxValue : knob->minValue));
+    }
+    const KnobStart expected = startWith(model, bounds);
+    for (auto it = bounds.cbegin(); it != bounds.cend(); ++it)
+        QCOMPARE(expected.values.value(it.key()), it.value().toInt());
+    compareStarts(startWith(model, texts), expected);
+    QCOMPARE(saved().value("Dial/HeadphoneValue"), isAbove ? "6" : "-80");
+}
+
+void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("alone") << QByteArray("12");
+    QTest::newRow("plus") << QByteArray("+12");
+    QTest::newRow("space") << QByteArray("  12  ");
+    QTest::newRow("quoted space") << QByteArray("\" \\t12 \\r\\n\"");
+    QTest::newRow("space and plus") << QByteArray("\" +12 \"");
+    QTest::newRow("zeros") << QByteArray("0000000000000000000000000000000012");
+}
+
+void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign()
+{
+    QFETCH(QByteArray, text);
+    const KnobStart start = startWith(PanelModel::Rx1, {{"Mic", text}});
+    QCOMPARE(start.values.value("Mic"), 12);
+    QCOMPARE(start.sent.filter("setMicVolume"), QStringList("setMicVolume 1 24"));
+    QCOMPARE(start.saved.value("Dial/MicValue"), "12");
+}
+
+void PanelStorageTest::aNumberSavedByThisProcessIsTakenAsItIs()
+{
+    QSettings settings(settingsFile(), QSettings::IniFormat);
+    settings.setValue("Dial/MicValue", 12);
+    settings.sync();
     build();
-    QCOMPARE(knob("Mic").value, 0);
-    QCOMPARE(knob("OtgToHp").value, 0);
-    QCOMPARE(saved(), defaults());
+    QCOMPARE(knob("Mic").value, 12);
+    QCOMPARE(takeSent().filter("setMicVolume"), QStringList("setMicVolume 1 24"));
 }
 
 void PanelStorageTest::buttonsReadTheseWords_data()
