@@ -2,11 +2,11 @@
 #define MIXERPANELTEST_H
 
 #include "mixermodel.h"
-#include "paneltest.h"
+#include "programfixture.h"
 
 /// What every model's panel has to do in the running program: what the mouse does reaches the
 /// interface, the file and the log.
-class MixerPanelTest : public PanelTest
+class MixerPanelTest : public ProgramFixture
 {
     Q_OBJECT
 

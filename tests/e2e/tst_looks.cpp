@@ -1,5 +1,5 @@
 #include "mixermodel.h"
-#include "paneltest.h"
+#include "programfixture.h"
 #include "waiting.h"
 
 #include <QDir>
@@ -57,7 +57,7 @@ bool areClose(int one, int other, int tolerance)
 
 /// How every window looks in both languages and on screens of every resolution. The pictures stay,
 /// in the folder that VESMORA_PICTURES names.
-class tst_Looks : public PanelTest
+class tst_Looks : public ProgramFixture
 {
     Q_OBJECT
 

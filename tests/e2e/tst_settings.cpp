@@ -1,5 +1,5 @@
 #include "knownmessages.h"
-#include "paneltest.h"
+#include "programfixture.h"
 #include "settingspicture.h"
 #include "waiting.h"
 
@@ -86,7 +86,7 @@ QStringList ofListener(const QStringList &lines)
 } // namespace
 
 /// The settings dialog in the running program, and both links with the ASIO driver.
-class tst_Settings : public PanelTest
+class tst_Settings : public ProgramFixture
 {
     Q_OBJECT
 

@@ -1,5 +1,5 @@
 #include "knownmessages.h"
-#include "paneltest.h"
+#include "programfixture.h"
 #include "waiting.h"
 
 #include <QTest>
@@ -28,7 +28,7 @@ QString openLine(int bus, const QString &outcome)
 } // namespace
 
 /// The program as a whole: its start and end, tray, window, and search for a device.
-class tst_Shell : public PanelTest
+class tst_Shell : public ProgramFixture
 {
     Q_OBJECT
 

@@ -1,11 +1,11 @@
-#include "paneltest.h"
+#include "programfixture.h"
 #include "waiting.h"
 
 #include <QTest>
 
 /// The tray menu's entries that reach beyond the program: the interface's firmware and programs of
 /// Windows.
-class tst_Tray : public PanelTest
+class tst_Tray : public ProgramFixture
 {
     Q_OBJECT
 

@@ -32,15 +32,4 @@ private:
     std::unique_ptr<Lane> m_lane;
 };
 
-/// Empties the program's data folder, so that a test begins without settings, and returns it. The
-/// folder is the test program's own.
-QString freshDataFolder();
-
-/// The lines of an INI file that hold keys or section names, in order; empty when there is no file.
-QStringList iniLines(const QString &fileName);
-
-/// The lines of an INI file in the order in which they were first written, brought into the order
-/// in which Qt stores them: that very order under Windows, sorted within each section elsewhere.
-QStringList asStored(const QStringList &lines);
-
 #endif

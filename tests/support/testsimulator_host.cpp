@@ -3,8 +3,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <algorithm>
-
 namespace {
 
 constexpr int startTimeout = 20000; // milliseconds
@@ -42,16 +40,4 @@ TestSimulator::~TestSimulator()
 bool TestSimulator::canRefuseOpens() const
 {
     return true;
-}
-
-QStringList asStored(const QStringList &lines)
-{
-    QStringList sorted = lines;
-    const auto isSection = [](const QString &line) { return line.startsWith(u'['); };
-    for (auto begin = sorted.begin(); begin != sorted.end();) {
-        const auto end = std::find_if(begin + 1, sorted.end(), isSection);
-        std::sort(isSection(*begin) ? begin + 1 : begin, end);
-        begin = end;
-    }
-    return sorted;
 }

@@ -18,8 +18,3 @@ bool TestSimulator::canRefuseOpens() const
 {
     return false;
 }
-
-QStringList asStored(const QStringList &lines)
-{
-    return lines;
-}

@@ -3,7 +3,6 @@
 #include "layouttext.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLabel>
 #include <QTimer>
 #include <QWheelEvent>
@@ -21,21 +20,16 @@ void PanelFixture::init()
 void PanelFixture::cleanup()
 {
     m_panel.reset();
-    m_log.reset();
-    QCOMPARE(m_simulator.state().openHandles, 0u);
-    freshDataFolder();
+    stopObserving();
+    QCOMPARE(openHandles(), 0u);
 }
 
 void PanelFixture::begin(PanelModel model)
 {
     m_panel.reset();
     m_model = model;
-    m_folder = freshDataFolder();
-    QVERIFY2(m_simulator.reset(), qPrintable(m_simulator.errorString()));
-    QVERIFY2(m_simulator.plug(identifierOf(model)), qPrintable(m_simulator.errorString()));
-    QVERIFY2(m_simulator.clearRecord(), qPrintable(m_simulator.errorString()));
-    m_log.reset();
-    m_log = std::make_unique<LogCapture>();
+    observe();
+    plug(identifierOf(model));
 }
 
 void PanelFixture::addModelRows()
@@ -109,56 +103,15 @@ QStringList PanelFixture::meterTexts()
     return texts;
 }
 
-QStringList PanelFixture::takeSent()
-{
-    const QStringList lines = m_simulator.requests();
-    m_simulator.clearRecord();
-    return lines;
-}
-
-QStringList PanelFixture::takeEvents()
-{
-    const QStringList lines = m_simulator.events();
-    m_simulator.clearRecord();
-    return lines;
-}
-
 QList<QByteArray> PanelFixture::takePackets()
 {
     QList<QByteArray> packets;
-    const QList<Record> entries = m_simulator.record();
+    const QList<Record> entries = takeRecord();
     for (const Record &entry : entries) {
         if (entry.code == VESMORA_SEND_PACKET)
             packets << entry.bytes;
     }
-    m_simulator.clearRecord();
     return packets;
-}
-
-QString PanelFixture::settingsFile() const
-{
-    return m_folder + '/' + nameOf(m_model) + ".ini";
-}
-
-QMap<QString, QString> PanelFixture::saved() const
-{
-    QMap<QString, QString> values;
-    QString section;
-    const QStringList lines = savedLines();
-    for (const QString &line : lines) {
-        if (line.startsWith('['))
-            section = line.mid(1, line.size() - 2) + '/';
-        else
-            values.insert(section + line.section('=', 0, 0), line.section('=', 1));
-    }
-    return values;
-}
-
-void PanelFixture::writeSettings(const QByteArray &text)
-{
-    QFile file(settingsFile());
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
-    QCOMPARE(file.write(text), text.size());
 }
 
 QByteArray packet(const char *hexBegin)

@@ -3,11 +3,9 @@
 
 #include "button.h"
 #include "knob.h"
-#include "logcapture.h"
+#include "observed.h"
 #include "panelmodel.h"
-#include "testsimulator.h"
 
-#include <QMap>
 #include <QObject>
 #include <QTest>
 #include <QWidget>
@@ -18,14 +16,13 @@
 ///
 /// Each test function begins with the model plugged in, its record and the data folder empty and no
 /// panel; in the end the panel is deleted and must have closed what it opened.
-class PanelFixture : public QObject
+class PanelFixture : public QObject, protected Observed
 {
     Q_OBJECT
 
 protected:
     explicit PanelFixture(PanelModel model);
 
-    TestSimulator &simulator() { return m_simulator; }
     PanelModel model() const { return m_model; }
 
     /// Begins anew with @p model, as a test function does.
@@ -54,24 +51,16 @@ protected:
     /// The meters' texts from left to right, top to bottom.
     QStringList meterTexts();
 
-    /// What reached the device since the last call, without meter reads.
-    QStringList takeSent();
-    /// With opens, closes and meter reads.
-    QStringList takeEvents();
-    /// The bytes of the packets among it.
+    /// The bytes of the packets that reached the device since the last call.
     QList<QByteArray> takePackets();
-    /// The log since the last takeLog(), which is kept.
-    QStringList log() const { return m_log->lines(); }
-    /// The log since the last call.
 
-    QStringList takeLog() { return m_log->take(); }
-
-    QString settingsFile() const;
-    /// The lines of the settings file as it is on disk.
-    QStringList savedLines() const { return iniLines(settingsFile()); }
+    /// The panel's settings file.
+    IniFile settings() const { return iniFile(nameOf(m_model) + ".ini"); }
+    QString settingsFile() const { return settings().name(); }
+    QStringList savedLines() const { return settings().lines(); }
     /// Its values by "section/name".
-    QMap<QString, QString> saved() const;
-    void writeSettings(const QByteArray &text);
+    QMap<QString, QString> saved() const { return settings().values(); }
+    void writeSettings(const QByteArray &text) { QVERIFY(settings().write(text)); }
 
 private slots:
     void init();
@@ -80,9 +69,6 @@ private slots:
 private:
     const PanelModel m_initialModel;
     PanelModel m_model;
-    TestSimulator m_simulator;
-    QString m_folder;
-    std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<QWidget> m_panel;
 };
 

@@ -1,9 +1,8 @@
 #include "button.h"
 #include "knob.h"
-#include "logcapture.h"
+#include "observed.h"
 #include "panelmodel.h"
 #include "refusingdriver.h"
-#include "testsimulator.h"
 
 #include <QFile>
 #include <QTest>
@@ -20,9 +19,14 @@ QString keyOf(const QString &control, bool isKnob)
 } // namespace
 
 /// What panels do when a command reports failure, also those that a driver cannot make fail.
-class PanelRefusalsTest : public QObject
+class PanelRefusalsTest : public QObject, private Observed
 {
     Q_OBJECT
+
+public:
+    PanelRefusalsTest()
+        : Observed(Device::None)
+    { }
 
 private slots:
     void init();
@@ -38,26 +42,22 @@ private slots:
 
 private:
     void build(PanelModel model);
-    QString settingsFile(PanelModel model) const { return m_folder + '/' + nameOf(model) + ".ini"; }
+    static IniFile settings(PanelModel model) { return iniFile(nameOf(model) + ".ini"); }
 
-    QString m_folder;
-    std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<QWidget> m_panel;
 };
 
 void PanelRefusalsTest::init()
 {
-    m_folder = freshDataFolder();
+    observe();
     refusingdriver::reset();
-    m_log = std::make_unique<LogCapture>();
 }
 
 void PanelRefusalsTest::cleanup()
 {
     m_panel.reset();
     QCOMPARE(refusingdriver::takeCommands().filter("close").size(), 1);
-    m_log.reset();
-    freshDataFolder();
+    stopObserving();
 }
 
 void PanelRefusalsTest::build(PanelModel model)
@@ -83,10 +83,10 @@ void PanelRefusalsTest::aRefusedLastOutputVolumeLeavesThePanelEmpty()
     refusingdriver::refuse("setOutVolume", int(commands.size()) - 1);
     build(model);
     QCOMPARE(refusingdriver::takeCommands(), commands);
-    QCOMPARE(m_log->take(), QStringList("Failed to set output volume."));
+    QCOMPARE(takeLog(), QStringList("Failed to set output volume."));
     QVERIFY(m_panel->children().isEmpty());
     QVERIFY(!m_panel->layout());
-    QVERIFY(!QFile::exists(settingsFile(model)));
+    QVERIFY(!QFile::exists(settings(model).name()));
 }
 
 void PanelRefusalsTest::aRefusedEarlierOutputVolumeIsOverlooked_data()
@@ -102,7 +102,7 @@ void PanelRefusalsTest::aRefusedEarlierOutputVolumeIsOverlooked()
     refusingdriver::refuse("setOutVolume");
     build(model);
     QVERIFY(m_panel->layout());
-    const QStringList log = m_log->take();
+    const QStringList log = takeLog();
     QVERIFY(!log.contains("Failed to set output volume."));
     QCOMPARE(log.last(), "已从配置文件加载控件状态");
 }
@@ -180,7 +180,7 @@ void PanelRefusalsTest::aRefusedCommandIsLoggedAndSavedAnyway()
     QFETCH(QString, command);
     build(model);
     refusingdriver::takeCommands();
-    m_log->take();
+    takeLog();
     refusingdriver::refuse(command);
     auto *knob = m_panel->findChild<Knob *>(control);
     auto *button = m_panel->findChild<Button *>(control);
@@ -190,9 +190,9 @@ void PanelRefusalsTest::aRefusedCommandIsLoggedAndSavedAnyway()
     else
         button->setSelected(true);
     QTEST(refusingdriver::takeCommands().join('\n'), "request");
-    QTEST(m_log->take(), "log");
+    QTEST(takeLog(), "log");
     const QString line = keyOf(control, knob) + (knob ? "5" : "true");
-    QCOMPARE(iniLines(settingsFile(model)).filter(keyOf(control, knob)), QStringList(line));
+    QCOMPARE(settings(model).lines().filter(keyOf(control, knob)), QStringList(line));
 }
 
 void PanelRefusalsTest::aRefusedInstrumentSwitchKeepsTheTextAndSavesTheState()
@@ -204,7 +204,7 @@ void PanelRefusalsTest::aRefusedInstrumentSwitchKeepsTheTextAndSavesTheState()
     QTest::mouseClick(instrument, Qt::LeftButton);
     QCOMPARE(instrument->text(), "MIC");
     QVERIFY(instrument->isSelected);
-    QVERIFY(iniLines(settingsFile(PanelModel::Rx1)).contains("MicInstrIsChecked=true"));
+    QVERIFY(settings(PanelModel::Rx1).lines().contains("MicInstrIsChecked=true"));
 }
 
 void PanelRefusalsTest::aRefusedInstrumentSwitchBackKeepsTheTextToo()
@@ -217,7 +217,7 @@ void PanelRefusalsTest::aRefusedInstrumentSwitchBackKeepsTheTextToo()
     refusingdriver::refuse("switchMicInstruction");
     instrument->setSelected(false);
     QCOMPARE(instrument->text(), "INST");
-    QVERIFY(iniLines(settingsFile(PanelModel::Rx1)).contains("MicInstrIsChecked=false"));
+    QVERIFY(settings(PanelModel::Rx1).lines().contains("MicInstrIsChecked=false"));
 }
 
 QTEST_MAIN(PanelRefusalsTest)

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QSettings>
-#include <QStandardPaths>
 
 #include <functional>
 
@@ -23,11 +22,6 @@ QMap<QString, QString> defaults()
             {"Dial/HeadphoneValue", "-80"},
             {"Dial/MicValue", "0"},
             {"Dial/OtgToHpValue", "0"}};
-}
-
-QString dataFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
 QByteArray noise(int size)

@@ -1,4 +1,4 @@
-#include "settingstest.h"
+#include "settingsfixture.h"
 
 #include <QSet>
 
@@ -211,7 +211,7 @@ QStringList merged(const QStringList &old, const QStringList &saved)
 
 } // namespace
 
-class TestEngineFaults : public SettingsTest
+class TestEngineFaults : public SettingsFixture
 {
     Q_OBJECT
 

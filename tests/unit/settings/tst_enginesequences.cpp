@@ -1,5 +1,5 @@
 #include "loghook.h"
-#include "settingstest.h"
+#include "settingsfixture.h"
 
 #include <QMap>
 #include <QTimer>
@@ -11,7 +11,7 @@ const QString startDone = QStringLiteral("设置初始化完成");
 
 } // namespace
 
-class TestEngineSequences : public SettingsTest
+class TestEngineSequences : public SettingsFixture
 {
     Q_OBJECT
 

@@ -1,5 +1,5 @@
 #include "scripteddriver.h"
-#include "settingstest.h"
+#include "settingsfixture.h"
 
 namespace {
 
@@ -10,13 +10,13 @@ const QString onFailed = QStringLiteral("开启OTG芯片失败，可能是驱动
 
 /// OTG commands that report failure: the product's driver link never does, the sequences are
 /// prepared for it all the same.
-class TestOtgRefusals : public SettingsTest
+class TestOtgRefusals : public SettingsFixture
 {
     Q_OBJECT
 
 public:
     TestOtgRefusals()
-        : SettingsTest(Device::None)
+        : SettingsFixture(Device::None)
     { }
 
 private slots:

@@ -2,7 +2,7 @@
 #include "loghook.h"
 #include "pipeclient.h"
 #include "processfigures.h"
-#include "settingstest.h"
+#include "settingsfixture.h"
 #include "threadsettingspip.h"
 #include "watchdog.h"
 
@@ -25,13 +25,13 @@ constexpr char testPipe[] = R"(\\.\pipe\VesmoraPipeTest)";
 
 } // namespace
 
-class TestPipes : public SettingsTest
+class TestPipes : public SettingsFixture
 {
     Q_OBJECT
 
 public:
     TestPipes()
-        : SettingsTest(Device::None)
+        : SettingsFixture(Device::None)
     { }
 
 private slots:
@@ -86,7 +86,7 @@ private:
 void TestPipes::cleanup()
 {
     m_listener.reset();
-    SettingsTest::cleanup();
+    SettingsFixture::cleanup();
 }
 
 void TestPipes::startListener()

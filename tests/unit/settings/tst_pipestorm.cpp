@@ -1,7 +1,7 @@
 #include "pipeclient.h"
 #include "pipeserver.h"
 #include "processfigures.h"
-#include "settingstest.h"
+#include "settingsfixture.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -178,13 +178,13 @@ quint64 expectedNumbers(int count)
 
 } // namespace
 
-class TestPipeStorm : public SettingsTest
+class TestPipeStorm : public SettingsFixture
 {
     Q_OBJECT
 
 public:
     TestPipeStorm()
-        : SettingsTest(Device::None)
+        : SettingsFixture(Device::None)
     { }
 
 private slots:

@@ -1,7 +1,7 @@
 #include "asiopipe.h"
 #include "loghook.h"
 #include "pipeclient.h"
-#include "settingstest.h"
+#include "settingsfixture.h"
 #include "vesmoraiocontrol.h"
 
 #include <QDir>
@@ -100,7 +100,7 @@ QStringList describeLayout(const QVBoxLayout &layout)
 
 } // namespace
 
-class TestSettings : public SettingsTest
+class TestSettings : public SettingsFixture
 {
     Q_OBJECT
 

@@ -1,5 +1,5 @@
 #include "mainwindow.h"
-#include "shelltest.h"
+#include "shellfixture.h"
 #include "windowview.h"
 
 #include <QTest>
@@ -59,7 +59,7 @@ struct Outcome {
 } // namespace
 
 /// Makes each step of a search fail, for each model, and each command that others send meanwhile.
-class DetectionFaultsTest : public ShellTest
+class DetectionFaultsTest : public ShellFixture
 {
     Q_OBJECT
 

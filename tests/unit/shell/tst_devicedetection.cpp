@@ -1,5 +1,5 @@
 #include "mainwindow.h"
-#include "shelltest.h"
+#include "shellfixture.h"
 #include "windowview.h"
 
 #include <QLabel>
@@ -36,7 +36,7 @@ QString pidLog(quint32 pid)
 } // namespace
 
 /// What each tick of the search does.
-class DeviceDetectionTest : public ShellTest
+class DeviceDetectionTest : public ShellFixture
 {
     Q_OBJECT
 
@@ -382,7 +382,7 @@ void DeviceDetectionTest::theMessagesAreNotTranslated()
 void DeviceDetectionTest::theTimersOfAHiddenWindowFindADevice()
 {
     Searching searching(settings());
-    QTRY_VERIFY_WITH_TIMEOUT(log().lines().count(pidLog(0)) >= 2, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(log().count(pidLog(0)) >= 2, patience);
     plug(VESMORA_PID_RX2);
     QTRY_COMPARE_WITH_TIMEOUT(searching.view.content(), QStringList{"rx2"}, patience);
     QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora RX2 - FW: 2025093001"));

@@ -1,5 +1,5 @@
 #include "mainwindow.h"
-#include "shelltest.h"
+#include "shellfixture.h"
 #include "windowview.h"
 
 #include <QLabel>
@@ -36,7 +36,7 @@ public:
 } // namespace
 
 /// What each tick of the presence poll does while a device is shown.
-class DevicePresenceTest : public ShellTest
+class DevicePresenceTest : public ShellFixture
 {
     Q_OBJECT
 
@@ -77,7 +77,7 @@ private:
 
 void DevicePresenceTest::init()
 {
-    ShellTest::init();
+    ShellFixture::init();
     if (QTest::currentTestFailed())
         return;
     m_window = std::make_unique<MainWindow>();
@@ -89,7 +89,7 @@ void DevicePresenceTest::cleanup()
 {
     m_view.reset();
     m_window.reset();
-    ShellTest::cleanup();
+    ShellFixture::cleanup();
 }
 
 void DevicePresenceTest::show(quint32 model)

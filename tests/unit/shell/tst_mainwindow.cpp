@@ -1,5 +1,5 @@
 #include "mainwindow.h"
-#include "shelltest.h"
+#include "shellfixture.h"
 #include "windowview.h"
 
 #include <QIcon>
@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 
 /// The window as it comes, before it has looked for a device.
-class MainWindowTest : public ShellTest
+class MainWindowTest : public ShellFixture
 {
     Q_OBJECT
 

@@ -1,6 +1,6 @@
 #include "boxwatcher.h"
 #include "mainwindow.h"
-#include "shelltest.h"
+#include "shellfixture.h"
 #include "trayicon.h"
 
 #include <QAction>
@@ -41,7 +41,7 @@ public:
 } // namespace
 
 /// The icon in the notification area, its menu, and what they lead to.
-class TrayIconTest : public ShellTest
+class TrayIconTest : public ShellFixture
 {
     Q_OBJECT
 

@@ -1,6 +1,6 @@
 #include "faketray.h"
 #include "mainwindow.h"
-#include "shelltest.h"
+#include "shellfixture.h"
 #include "trayicon.h"
 #include "windowview.h"
 
@@ -11,7 +11,7 @@
 #include <QTimer>
 
 /// What becomes of the windows when they are closed, and of the program when they are open.
-class WindowClosingTest : public ShellTest
+class WindowClosingTest : public ShellFixture
 {
     Q_OBJECT
 

@@ -1,6 +1,6 @@
 #include "boxwatcher.h"
 #include "logcapture.h"
-#include "platformremarks.h"
+#include "logtext.h"
 #include "trayicon.h"
 
 #include <QAction>

@@ -1,5 +1,5 @@
-#ifndef PANELTEST_H
-#define PANELTEST_H
+#ifndef PROGRAMFIXTURE_H
+#define PROGRAMFIXTURE_H
 
 #include "lane.h"
 #include "panelpicture.h"
@@ -10,7 +10,7 @@
 /// What the end-to-end tests share: a desktop and a lane for the whole program; for each test
 /// function a sane interface with nothing plugged and no settings. A message that no part of the
 /// panel is known to write fails the test that caused it.
-class PanelTest : public QObject
+class ProgramFixture : public QObject
 {
     Q_OBJECT
 

@@ -1,9 +1,8 @@
-#ifndef SHELLTEST_H
-#define SHELLTEST_H
+#ifndef SHELLFIXTURE_H
+#define SHELLFIXTURE_H
 
-#include "logcapture.h"
+#include "observed.h"
 #include "settings.h"
-#include "testsimulator.h"
 
 #include <QHash>
 #include <QObject>
@@ -12,22 +11,19 @@
 
 /// What the tests of the shell share. Each test begins with nothing plugged in, no settings files,
 /// an empty log and a settings dialog that has gone quiet.
-class ShellTest : public QObject
+class ShellFixture : public QObject, protected Observed
 {
     Q_OBJECT
 
 protected:
-    ShellTest();
+    ShellFixture();
 
     /// One line of the traffic as "<connection> <request>", e.g. "1 getDevicePid", "2 open".
     static QStringList on(int connection, const QStringList &requests);
 
-    /// Plugs in that model; the record then begins anew, and its first connection is 1.
+    /// Plugs in that model; its first connection is 1.
     void plug(quint32 model);
-    void unplug();
 
-    /// The log since the last call; an address in it is replaced by "(address)".
-    QStringList takeLog();
     /// What the connections asked since the last call, in order, meter reads left out. Connections
     /// are numbered from 1 in the order in which they were opened.
     QStringList takeTraffic();
@@ -51,10 +47,6 @@ protected:
     /// Deletes what waits for the event loop to delete it; lets no timer fire.
     static void deleteDeferred();
 
-    static constexpr int patience = 30000; ///< milliseconds, for what comes by itself
-
-    TestSimulator &simulator() { return m_simulator; }
-    LogCapture &log() { return *m_log; }
     Settings &settings() { return *m_settings; }
 
 protected slots:
@@ -62,10 +54,6 @@ protected slots:
     void cleanup();
 
 private:
-    void forgetTraffic();
-
-    TestSimulator m_simulator;
-    std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<Settings> m_settings;
     QHash<quint32, qsizetype> m_connections;
 };

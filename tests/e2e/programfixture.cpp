@@ -1,4 +1,4 @@
-#include "paneltest.h"
+#include "programfixture.h"
 
 #include "knownmessages.h"
 #include "waiting.h"
@@ -31,7 +31,7 @@ QStringList texts(const QList<RecordEntry> &entries)
 
 } // namespace
 
-void PanelTest::initTestCase()
+void ProgramFixture::initTestCase()
 {
     QVERIFY2(m_desktop.startPrivate(screenSize()), qPrintable(m_desktop.errorString()));
     m_pointer = std::make_unique<Pointer>(m_desktop.environment());
@@ -42,14 +42,14 @@ void PanelTest::initTestCase()
     QVERIFY2(m_lane->open(), qPrintable(m_lane->errorString()));
 }
 
-void PanelTest::init()
+void ProgramFixture::init()
 {
     QVERIFY2(simulator().reset(), qPrintable(simulator().errorString()));
     QVERIFY(lane().clearSettings());
     m_expectedMessages.clear();
 }
 
-void PanelTest::cleanup()
+void ProgramFixture::cleanup()
 {
     if (!m_panel)
         return;
@@ -63,7 +63,7 @@ void PanelTest::cleanup()
 }
 
 /// Says what could be seen when a test failed.
-void PanelTest::explainFailure()
+void ProgramFixture::explainFailure()
 {
     QString name = QString::fromLatin1(QTest::currentTestFunction());
     if (QTest::currentDataTag())
@@ -82,12 +82,12 @@ void PanelTest::explainFailure()
     qInfo().noquote() << "The end of the record:\n" << record.join(u'\n');
 }
 
-void PanelTest::cleanupTestCase()
+void ProgramFixture::cleanupTestCase()
 {
     m_lane.reset();
 }
 
-bool PanelTest::start(const QString &locale)
+bool ProgramFixture::start(const QString &locale)
 {
     if (follow(lane().launch(locale)))
         return true;
@@ -99,13 +99,13 @@ bool PanelTest::start(const QString &locale)
     return waitUntil([this] { return m_tray->icons().isEmpty(); }) && follow(lane().launch(locale));
 }
 
-bool PanelTest::follow(std::unique_ptr<PanelProgram> panel)
+bool ProgramFixture::follow(std::unique_ptr<PanelProgram> panel)
 {
     m_panel = std::move(panel);
     return m_panel && m_tray->waitForIcon();
 }
 
-bool PanelTest::plug(const QString &model, int bus)
+bool ProgramFixture::plug(const QString &model, int bus)
 {
     const QString found = QStringLiteral("Device found with PID:");
     const QString ready = QStringLiteral("设置初始化完成");
@@ -115,41 +115,41 @@ bool PanelTest::plug(const QString &model, int bus)
         && log().waitFor(ready, readyBefore + 1);
 }
 
-bool PanelTest::unplug()
+bool ProgramFixture::unplug()
 {
     const QString lost = QStringLiteral("Cleared all widgets from base layout.");
     const qsizetype before = log().count(lost);
     return simulator().unplug() && log().waitFor(lost, before + 1);
 }
 
-bool PanelTest::openWindow()
+bool ProgramFixture::openWindow()
 {
     return m_tray->click() && waitUntil([this] { return window().has_value(); });
 }
 
-bool PanelTest::quit()
+bool ProgramFixture::quit()
 {
     return m_tray->choose(Tray::Quit) && m_panel->waitForExit();
 }
 
-std::optional<WindowInfo> PanelTest::window() const
+std::optional<WindowInfo> ProgramFixture::window() const
 {
     return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
 }
 
-std::optional<WindowInfo> PanelTest::settingsDialog() const
+std::optional<WindowInfo> ProgramFixture::settingsDialog() const
 {
     return m_desktop.windows().visibleWindow(QStringLiteral("Settings"));
 }
 
-PanelPicture PanelTest::picture() const
+PanelPicture ProgramFixture::picture() const
 {
     const std::optional<WindowInfo> shown = window();
     return shown ? PanelPicture(m_desktop.windows().picture(shown->area), shown->area.topLeft())
                  : PanelPicture();
 }
 
-PanelPicture PanelTest::pictureWith(int knobs, int buttons) const
+PanelPicture ProgramFixture::pictureWith(int knobs, int buttons) const
 {
     PanelPicture found;
     const bool isComplete = waitUntil([&] {
@@ -159,7 +159,7 @@ PanelPicture PanelTest::pictureWith(int knobs, int buttons) const
     return isComplete ? found : PanelPicture();
 }
 
-QImage PanelTest::stillPicture(const WindowInfo &window) const
+QImage ProgramFixture::stillPicture(const WindowInfo &window) const
 {
     QImage before;
     QImage now;
@@ -170,7 +170,7 @@ QImage PanelTest::stillPicture(const WindowInfo &window) const
     return isStill ? now : QImage();
 }
 
-bool PanelTest::waitForLevels()
+bool ProgramFixture::waitForLevels()
 {
     const auto reads = [this] {
         const QList<RecordEntry> entries = simulator().record();
@@ -183,17 +183,17 @@ bool PanelTest::waitForLevels()
     return waitUntil([&] { return reads() >= first + 3; });
 }
 
-QStringList PanelTest::sentBesides(const QString &command)
+QStringList ProgramFixture::sentBesides(const QString &command)
 {
     return texts(entriesBesides(command));
 }
 
-QStringList PanelTest::sentThrough(int handle)
+QStringList ProgramFixture::sentThrough(int handle)
 {
     return texts(entriesThrough(handle));
 }
 
-QList<RecordEntry> PanelTest::entriesBesides(const QString &command)
+QList<RecordEntry> ProgramFixture::entriesBesides(const QString &command)
 {
     const QList<RecordEntry> all = simulator().record();
     const auto last = std::find_if(all.crbegin(), all.crend(), [&](const RecordEntry &entry) {
@@ -202,7 +202,7 @@ QList<RecordEntry> PanelTest::entriesBesides(const QString &command)
     return last == all.crend() ? QList<RecordEntry>() : ofHandle(all, last->handle());
 }
 
-QList<RecordEntry> PanelTest::entriesThrough(int handle)
+QList<RecordEntry> ProgramFixture::entriesThrough(int handle)
 {
     return ofHandle(simulator().record(), handle);
 }

@@ -1,11 +1,9 @@
-#include "shelltest.h"
+#include "shellfixture.h"
 
-#include "platformremarks.h"
 #include "rm.h"
 #include "rx1.h"
 #include "rx2.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 #include <iostream>
@@ -27,13 +25,13 @@ std::unique_ptr<QWidget> createPanel(quint32 model)
 
 } // namespace
 
-ShellTest::ShellTest()
+ShellFixture::ShellFixture()
 {
     // Every look for a device says there what it tried; nobody reads it here.
     std::wcout.setstate(std::ios_base::failbit);
 }
 
-QStringList ShellTest::on(int connection, const QStringList &requests)
+QStringList ShellFixture::on(int connection, const QStringList &requests)
 {
     QStringList lines;
     for (const QString &request : requests)
@@ -41,39 +39,16 @@ QStringList ShellTest::on(int connection, const QStringList &requests)
     return lines;
 }
 
-void ShellTest::plug(quint32 model)
+void ShellFixture::plug(quint32 model)
 {
-    QVERIFY2(m_simulator.plug(model), qPrintable(m_simulator.errorString()));
-    forgetTraffic();
+    Observed::plug(model);
     m_connections.clear();
 }
 
-void ShellTest::unplug()
+QStringList ShellFixture::takeTraffic()
 {
-    QVERIFY2(m_simulator.unplug(), qPrintable(m_simulator.errorString()));
-    forgetTraffic();
-}
-
-void ShellTest::forgetTraffic()
-{
-    // A second round trip after the closing of a connection finds that closing recorded.
-    m_simulator.state();
-    QVERIFY(m_simulator.clearRecord());
-}
-
-QStringList ShellTest::takeLog()
-{
-    static const QRegularExpression address(QStringLiteral("0x[0-9a-f]+$"));
-    QStringList lines = withoutPlatformRemarks(m_log->take());
-    lines.replaceInStrings(address, QStringLiteral("(address)"));
-    return lines;
-}
-
-QStringList ShellTest::takeTraffic()
-{
-    m_simulator.state();
     QStringList lines;
-    const QList<Record> records = m_simulator.record();
+    const QList<Record> records = takeRecord();
     for (const Record &record : records) {
         if (record.code == VESMORA_READ_METER_DATA)
             continue;
@@ -85,28 +60,26 @@ QStringList ShellTest::takeTraffic()
             m_connections.insert(record.handle, m_connections.size() + 1);
         lines << QStringLiteral("%1 %2").arg(m_connections.value(record.handle)).arg(record.text());
     }
-    m_simulator.clearRecord();
     return lines;
 }
 
-QList<ShellTest::PanelStart> ShellTest::panelStarts(quint32 model, int count)
+QList<ShellFixture::PanelStart> ShellFixture::panelStarts(quint32 model, int count)
 {
     plug(model);
     QList<PanelStart> starts;
     std::vector<std::unique_ptr<QWidget>> panels;
     for (int i = 0; i < count; ++i) {
         panels.push_back(createPanel(model));
-        starts.append({takeLog(), m_simulator.requests()});
-        m_simulator.clearRecord();
+        starts.append({takeLog(), takeSent()});
     }
     panels.clear();
     unplug();
-    freshDataFolder();
+    emptyDataFolder();
     takeLog();
     return starts;
 }
 
-QStringList ShellTest::firstEngineLog()
+QStringList ShellFixture::firstEngineLog()
 {
     return QStringList{"设置音频缓冲区大小为： 192 samples",
                        "Buffer size: (address)",
@@ -118,46 +91,43 @@ QStringList ShellTest::firstEngineLog()
     + laterEngineLog();
 }
 
-QStringList ShellTest::firstEngineRequests()
+QStringList ShellFixture::firstEngineRequests()
 {
     return QStringList{"getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize 192",
                        "restartAudio"}
     + laterEngineRequests();
 }
 
-QStringList ShellTest::laterEngineLog()
+QStringList ShellFixture::laterEngineLog()
 {
     return {"已从配置文件加载控件状态", "加载控件状态完成", "当前音频采样率为： 44100",
             "停止音频成功，开始加载控件状态"};
 }
 
-QStringList ShellTest::laterEngineRequests()
+QStringList ShellFixture::laterEngineRequests()
 {
     return {"getSampleRate", "stopAudio", "setSampleRate 44100", "setWdmChannelCount 4"};
 }
 
-void ShellTest::deleteDeferred()
+void ShellFixture::deleteDeferred()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-void ShellTest::init()
+void ShellFixture::init()
 {
-    QVERIFY2(m_simulator.reset(), qPrintable(m_simulator.errorString()));
-    freshDataFolder();
-    m_log = std::make_unique<LogCapture>();
+    observe();
     m_settings = std::make_unique<Settings>();
     // The dialog's listening thread has then said all it says by itself.
     QTRY_VERIFY_WITH_TIMEOUT(
-        m_log->contains(QStringLiteral("ThreadSettingsPip is running waiting Asio Info...")),
-        patience);
-    m_log->take();
-    forgetTraffic();
+        hasLogged(QStringLiteral("ThreadSettingsPip is running waiting Asio Info...")), patience);
+    takeLog();
+    takeRecord();
     m_connections.clear();
 }
 
-void ShellTest::cleanup()
+void ShellFixture::cleanup()
 {
     m_settings.reset();
-    m_log.reset();
+    stopObserving();
 }

@@ -1,13 +1,11 @@
-#ifndef SETTINGSTEST_H
-#define SETTINGSTEST_H
+#ifndef SETTINGSFIXTURE_H
+#define SETTINGSFIXTURE_H
 
-#include "logcapture.h"
+#include "observed.h"
 #include "settings.h"
-#include "testsimulator.h"
 
 #include <QComboBox>
 #include <QObject>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -16,21 +14,18 @@
 ///
 /// Each test function begins with a sane interface that is not plugged in, an empty data folder and
 /// no dialog; in the end the dialog is deleted.
-class SettingsTest : public QObject
+class SettingsFixture : public QObject, protected Observed
 {
     Q_OBJECT
 
 protected:
-    static constexpr int patience = 20000; // milliseconds until a condition must have come true
-
-    enum class Device { Simulated, None };
     /// Without a device there is no second process, only pipes within this one.
-    explicit SettingsTest(Device device = Device::Simulated);
+    explicit SettingsFixture(Device device = Device::Simulated)
+        : Observed(device)
+    { }
 
-    TestSimulator &simulator() { return *m_simulator; }
-
-    /// Plugs in a model; nothing of it stays in the record.
-    void plug();
+    /// Plugs in a model.
+    void plug() { Observed::plug(VESMORA_PID_RX1); }
     /// Constructs the dialog and waits until it listens. Its log up to then is startLog().
     void openDialog();
     /// Plugs in, constructs the dialog and connects it to the driver, and forgets what all that
@@ -50,19 +45,11 @@ protected:
     /// What the four boxes say: buffer size, USB latency, sample rate, safe mode.
     QStringList texts();
 
-    /// The log since the last call; addresses are written as "(address)".
-    QStringList takeLog();
-    bool hasLogged(const QString &line) { return m_log->contains(line); }
-    /// What reached the device since the last call.
-    QStringList takeSent();
-    /// With opens and closes.
-    QStringList takeEvents();
-
-    QString settingsFile() const;
+    static QString settingsFile() { return file().name(); }
     /// The settings file as it is on disk: "section/name=value", sorted.
-    QStringList saved() const;
+    static QStringList saved() { return file().entries(); }
     /// Writes it; entries as above. To be called before the dialog is constructed.
-    void writeSettings(const QStringList &entries);
+    static void writeSettings(const QStringList &entries) { QVERIFY(file().write(entries)); }
 
     /// Runs the event loop until no OTG cycle of the dialog is under way.
     void finishOtgCycles();
@@ -74,10 +61,8 @@ protected slots:
     void cleanup();
 
 private:
-    std::unique_ptr<TestSimulator> m_simulator;
-    QTemporaryDir m_pipeFolder;
-    QString m_folder;
-    std::unique_ptr<LogCapture> m_log;
+    static IniFile file() { return iniFile("setting.ini"); }
+
     std::unique_ptr<Settings> m_dialog;
 };
 

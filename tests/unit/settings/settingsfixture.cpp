@@ -1,0 +1,89 @@
+#include "settingsfixture.h"
+
+#include <QEventLoop>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include <algorithm>
+
+void SettingsFixture::openDialog()
+{
+    m_dialog = std::make_unique<Settings>();
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(startLog().constLast()), patience);
+}
+
+void SettingsFixture::openConnectedDialog()
+{
+    plug();
+    openDialog();
+    QVERIFY(m_dialog->createDevice());
+    takeLog();
+    takeEvents();
+}
+
+QStringList SettingsFixture::startLog()
+{
+    return {"Settings dialog created.", "Pipe created successfully.",
+            "ThreadSettingsPip initialized.", "ThreadSettingsPip is running waiting Asio Info..."};
+}
+
+QComboBox &SettingsFixture::box(const char *name)
+{
+    auto *found = m_dialog->findChild<QComboBox *>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("There is no combo box %s.", name);
+    return *found;
+}
+
+void SettingsFixture::choose(const char *name, const QString &text)
+{
+    QComboBox &chosen = box(name);
+    if (chosen.currentText() == text)
+        presetBox(name, chosen.itemText(chosen.currentIndex() == 0 ? 1 : 0));
+    chosen.setCurrentText(text);
+}
+
+void SettingsFixture::presetBox(const char *name, const QString &text)
+{
+    const QSignalBlocker unnoticed(&box(name));
+    box(name).setCurrentText(text);
+    QCOMPARE(box(name).currentText(), text);
+}
+
+QStringList SettingsFixture::texts()
+{
+    QStringList all;
+    for (const char *name : {"BufferSize", "UsbLatency", "SampleRate", "SafeMode"})
+        all << box(name).currentText();
+    return all;
+}
+
+void SettingsFixture::finishOtgCycles()
+{
+    // Each half starts the next before its own timer is seen to rest.
+    const auto isPending = [this] {
+        const auto timers = m_dialog->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+        return std::any_of(timers.begin(), timers.end(),
+                           [](const QTimer *timer) { return timer->isActive(); });
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(!isPending(), patience);
+}
+
+void SettingsFixture::passTime(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void SettingsFixture::init()
+{
+    observe();
+}
+
+void SettingsFixture::cleanup()
+{
+    m_dialog.reset();
+    stopObserving();
+    QTRY_COMPARE_WITH_TIMEOUT(openHandles(), 0u, patience);
+}
