@@ -58,15 +58,16 @@ function(vesmora_precompile target)
     target_precompile_headers(${target} REUSE_FROM vesmora_precompiled)
 endfunction()
 
-# vesmora_add_library(NAME SOURCES file... [LINKS target...])
+# vesmora_add_library(NAME SOURCES file... [LINKS target...] [PRIVATE_LINKS target...])
 #
-# A static library of one folder. Its include path is that folder alone, so a header can be included
+# A static library of one folder. What its headers include is among LINKS, what its sources alone
+# include among PRIVATE_LINKS. Its include path is that folder alone, so a header can be included
 # only by those who link the library: a dependency against the arrows does not compile.
 function(vesmora_add_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;PRIVATE_LINKS")
     add_library(${name} STATIC ${arg_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
-    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE vesmora_warnings)
+    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} vesmora_warnings)
     vesmora_precompile(${name})
 endfunction()
