@@ -54,7 +54,7 @@ HostLane::HostLane(const Desktop &desktop, const LanePrograms &programs)
 
 HostLane::~HostLane()
 {
-    m_simulatorProcess.stop();
+    stopSimulator();
     clearStaleMarkers();
 }
 
@@ -63,7 +63,7 @@ bool HostLane::open()
     if (!makeFolders())
         return fail(QStringLiteral("cannot create folders in %1").arg(m_folder));
     clearStaleMarkers();
-    return startSimulator();
+    return startSimulator(environment());
 }
 
 CommandResult HostLane::asio(const QStringList &arguments)
@@ -135,21 +135,6 @@ bool HostLane::makeFolders()
         && sockets.mkpath(QStringLiteral("runtime"))
         && QFile::setPermissions(sockets.filePath(QStringLiteral("devices")), ours)
         && QFile::setPermissions(sockets.filePath(QStringLiteral("runtime")), ours);
-}
-
-bool HostLane::startSimulator()
-{
-    m_simulatorProcess.setProcessEnvironment(environment());
-    if (!m_simulatorProcess.launch(programs().simulator, {}))
-        return fail(programs().simulator + QStringLiteral(": ") + m_simulatorProcess.errorString());
-    const bool answered = waitUntil([this] {
-        return m_simulatorProcess.canReadLine()
-            || m_simulatorProcess.state() == QProcess::NotRunning;
-    });
-    if (answered && m_simulatorProcess.readLine().trimmed() == "ready")
-        return true;
-    return fail(QStringLiteral("the simulator did not become ready: %1")
-                    .arg(QString::fromUtf8(m_simulatorProcess.readAllStandardError())));
 }
 
 /// A panel that was killed leaves its marker behind, and the next one would think that it still

@@ -34,7 +34,6 @@ protected:
 private:
     bool makeFolders();
     QString windowsFolder() const { return m_temporary.filePath(QStringLiteral("windows")); }
-    bool startSimulator();
     void clearStaleMarkers() const;
     QString sub(const QString &name) const { return m_folder + u'/' + name; }
     QProcessEnvironment environment() const;
@@ -43,7 +42,6 @@ private:
     QTemporaryDir m_temporary;
     QString m_folder;
     double m_scale = 1;
-    ChildProcess m_simulatorProcess;
 };
 
 #endif

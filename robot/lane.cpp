@@ -1,6 +1,7 @@
 #include "lane.h"
 
 #include "hostlane.h"
+#include "waiting.h"
 #include "winelane.h"
 
 #include <QDir>
@@ -10,6 +11,9 @@
 #include <QSettings>
 
 namespace {
+
+// Wine is slow to start on a loaded machine.
+constexpr std::chrono::minutes simulatorDeadline{2};
 
 /// Copies @p program and the libraries beside and below it to the folder @p to.
 bool copyProgram(const QFileInfo &program, const QDir &to)
@@ -75,6 +79,28 @@ std::unique_ptr<PanelProgram> Lane::launchProgram(const QString &program, const 
     }
     panel->m_kill = [this, process = &panel->m_process] { killPanel(*process); };
     return panel;
+}
+
+bool Lane::startSimulator(const QProcessEnvironment &environment)
+{
+    m_simulatorProcess.setProcessEnvironment(environment);
+    if (!m_simulatorProcess.launch(m_programs.simulator, {}))
+        return fail(m_programs.simulator + QStringLiteral(": ") + m_simulatorProcess.errorString());
+    const bool answered = waitUntil(
+        [this] {
+            return m_simulatorProcess.canReadLine()
+                || m_simulatorProcess.state() == QProcess::NotRunning;
+        },
+        simulatorDeadline);
+    if (answered && m_simulatorProcess.readLine().trimmed() == "ready")
+        return true;
+    return fail(QStringLiteral("the simulator did not become ready: %1")
+                    .arg(QString::fromUtf8(m_simulatorProcess.readAllStandardError())));
+}
+
+void Lane::stopSimulator()
+{
+    m_simulatorProcess.stop(simulatorDeadline);
 }
 
 std::unique_ptr<ChildProcess> Lane::startBeside(const QString &program,

@@ -13,7 +13,7 @@
 /// Where the programs of a lane are.
 struct LanePrograms {
     QString panel;
-    QString simulator; ///< the host's simulator process, or Windows' kernel driver
+    QString simulator; ///< says "ready", and simulates the interface until it is told to end
     QString simctl;
     QString asio;
 };
@@ -81,6 +81,10 @@ protected:
     /// A folder of ours for copies of programs.
     virtual QString scratchFolder() const = 0;
 
+    /// Starts the simulator; false (see errorString()) when it does not become ready.
+    bool startSimulator(const QProcessEnvironment &environment);
+    /// Ends the simulator and, of what it started, everything.
+    void stopSimulator();
     std::unique_ptr<ChildProcess> startBeside(const QString &program, const QStringList &arguments,
                                               const QProcessEnvironment &environment);
     const Desktop &desktop() const { return m_desktop; }
@@ -92,6 +96,7 @@ private:
 
     const Desktop &m_desktop;
     LanePrograms m_programs;
+    ChildProcess m_simulatorProcess;
     SimulatorControl m_simulator;
     QString m_error;
 };

@@ -7,9 +7,6 @@
 
 namespace {
 
-// The name of the driver's service, and of its file in the prefix.
-const QString service = QStringLiteral("vesmorasim");
-
 QString windowsPath(const QString &path)
 {
     QString converted = QFileInfo(path).absoluteFilePath();
@@ -22,7 +19,7 @@ QString windowsPath(const QString &path)
 WineLane::WineLane(const Desktop &desktop, const LanePrograms &programs)
     : Lane(desktop, programs)
     , m_temporary(QStringLiteral("/tmp/vesmora-XXXXXX"))
-    , m_prefix(qEnvironmentVariable("VESMORA_WINEPREFIX"))
+    , m_prefix(qEnvironmentVariable("WINEPREFIX"))
 { }
 
 WineLane::~WineLane()
@@ -30,17 +27,15 @@ WineLane::~WineLane()
     // The prefix is kept, for others.
     if (m_isScaled)
         WineLane::setScale(1);
-    // Ends every Windows program of this prefix, and only of this one.
-    runCommand(QStringLiteral("wineserver"), {QStringLiteral("-k")}, environment());
-    runCommand(QStringLiteral("wineserver"), {QStringLiteral("-w")}, environment());
+    stopSimulator();
 }
 
 bool WineLane::open()
 {
     if (m_prefix.isEmpty())
-        return fail(QStringLiteral("VESMORA_WINEPREFIX names no Wine prefix"));
+        return fail(QStringLiteral("WINEPREFIX names no Wine prefix"));
     return makeLocale(QStringLiteral("zh_CN")) && makeLocale(QStringLiteral("en_US"))
-        && keepWineRunning() && startDriver();
+        && startSimulator(environment());
 }
 
 CommandResult WineLane::asio(const QStringList &arguments)
@@ -132,36 +127,6 @@ bool WineLane::makeLocale(const QString &locale)
     return made.succeeded() || fail(QString::fromLocal8Bit(made.errorOutput));
 }
 
-/// Wine ends its drivers when the last program does, which would be after each command.
-bool WineLane::keepWineRunning()
-{
-    m_keeper.setProcessEnvironment(environment());
-    m_keeper.setStandardOutputFile(QProcess::nullDevice());
-    return m_keeper.launch(QStringLiteral("wine"), {QStringLiteral("cmd")})
-        || fail(QStringLiteral("wine: ") + m_keeper.errorString());
-}
-
-bool WineLane::startDriver()
-{
-    const QString driver = m_prefix + QStringLiteral("/drive_c/vesmorasim.sys");
-    QFile::remove(driver);
-    if (!QFile::copy(programs().simulator, driver))
-        return fail(QStringLiteral("cannot copy %1 to %2").arg(programs().simulator, driver));
-    // Fails when the prefix knows the driver from an earlier run, which is as good.
-    wine({QStringLiteral("sc"), QStringLiteral("create"), service, QStringLiteral("binPath="),
-          QStringLiteral("C:\\vesmorasim.sys"), QStringLiteral("type="), QStringLiteral("kernel")});
-    wine({QStringLiteral("sc"), QStringLiteral("start"), service});
-    // Whether it was this call that started the driver does not matter, only that it answers.
-    CommandResult answer;
-    const bool answers = waitUntil([&] {
-        answer = simctl({QStringLiteral("state")});
-        return answer.succeeded();
-    });
-    return answers
-        || fail(QStringLiteral("the driver does not answer: %1")
-                    .arg(QString::fromLocal8Bit(answer.errorOutput)));
-}
-
 CommandResult WineLane::wine(const QStringList &arguments) const
 {
     return runCommand(QStringLiteral("wine"), arguments, environment());
@@ -178,12 +143,7 @@ QProcessEnvironment WineLane::environment(const QString &locale) const
     environment.insert(QStringLiteral("LANG"), locale + QStringLiteral(".UTF-8"));
     environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("zh_CN.UTF-8"));
     environment.insert(QStringLiteral("LC_MESSAGES"), locale + QStringLiteral(".UTF-8"));
-    environment.insert(QStringLiteral("WINEPREFIX"), m_prefix);
     // The simulator's programs use the libraries that are packed with the panel.
     environment.insert(QStringLiteral("WINEPATH"), windowsPath(QFileInfo(programs().panel).path()));
-    environment.insert(QStringLiteral("WINEARCH"), QStringLiteral("win64"));
-    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    environment.insert(QStringLiteral("WINEDLLOVERRIDES"),
-                       QStringLiteral("mscoree=;mshtml=;winemenubuilder.exe="));
     return environment;
 }

@@ -5,7 +5,7 @@
 
 /// The Windows program under Wine with the simulated kernel driver.
 ///
-/// Its Wine prefix is VESMORA_WINEPREFIX, which must exist and which no other program uses.
+/// To be run by tools/wine/with-prefix, which gives it a Wine prefix and all else that Wine needs.
 class WineLane : public Lane
 {
 public:
@@ -32,16 +32,12 @@ protected:
 
 private:
     bool makeLocale(const QString &locale);
-    bool keepWineRunning();
-    bool startDriver();
     CommandResult wine(const QStringList &arguments) const;
     QProcessEnvironment environment(const QString &locale = QStringLiteral("en_US")) const;
 
     QTemporaryDir m_temporary;
     QString m_prefix;
     bool m_isScaled = false;
-    // Waits for input that never comes.
-    ChildProcess m_keeper;
 };
 
 #endif
