@@ -1,20 +1,15 @@
 #include "asioreset.h"
 
+#include "vesmorapipes.h"
+
 #include <QDebug>
 
 #include <windows.h>
 
-namespace {
-
-constexpr wchar_t pipeName[] = LR"(\\.\pipe\VesmoraPannelToASIO)";
-constexpr char resetSignal = '1';
-
-} // namespace
-
 void sendAsioReset()
 {
-    const HANDLE pipe =
-        CreateFileW(pipeName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE pipe = CreateFileW(VESMORA_RESET_PIPE, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
     if (pipe == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         qDebug() << "Error: Could not open pipe. Error code:" << error;
@@ -22,8 +17,9 @@ void sendAsioReset()
     }
     qDebug() << "Pipe opened successfully.";
 
+    const char signal = VESMORA_RESET_SIGNAL;
     DWORD written = 0;
-    if (WriteFile(pipe, &resetSignal, sizeof resetSignal, &written, nullptr)) {
+    if (WriteFile(pipe, &signal, sizeof signal, &written, nullptr)) {
         qDebug() << "ASIO reset signal sent successfully.";
     } else {
         const DWORD error = GetLastError();

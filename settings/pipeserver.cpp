@@ -4,13 +4,6 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr DWORD pipeBufferSize = 65536; // bytes, each way
-constexpr DWORD defaultTimeout = 300;   // milliseconds
-
-} // namespace
-
 PipeServer::PipeServer(const QString &name)
     : m_name(name)
 { }
@@ -18,9 +11,10 @@ PipeServer::PipeServer(const QString &name)
 bool PipeServer::create()
 {
     const std::wstring name = m_name.toStdWString();
-    m_pipe = CreateNamedPipeW(
-        name.c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
-        PIPE_UNLIMITED_INSTANCES, pipeBufferSize, pipeBufferSize, defaultTimeout, nullptr);
+    m_pipe = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_DUPLEX,
+                              PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
+                              PIPE_UNLIMITED_INSTANCES, VESMORA_PIPE_BUFFER_SIZE,
+                              VESMORA_PIPE_BUFFER_SIZE, VESMORA_PIPE_TIMEOUT, nullptr);
     if (m_pipe == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         qDebug() << "Error: Could not create pipe. Error code:" << error;
@@ -35,12 +29,13 @@ bool PipeServer::receive(Message &message)
     if (!waitForClient())
         return false;
     const bool received = readMessage(message);
-    DisconnectNamedPipe(m_pipe);
+    disconnect();
     return received;
 }
 
 bool PipeServer::waitForClient()
 {
+    m_abandoned = false;
     if (ConnectNamedPipe(m_pipe, nullptr))
         return true;
     const DWORD error = GetLastError();
@@ -48,9 +43,7 @@ bool PipeServer::waitForClient()
     if (error == ERROR_PIPE_CONNECTED)
         return true;
     qDebug() << "Error connecting to pipe. Error code:" << error;
-    // A client that came and went would fail every attempt from now on.
-    if (error == ERROR_NO_DATA)
-        DisconnectNamedPipe(m_pipe);
+    m_abandoned = error == ERROR_NO_DATA;
     return false;
 }
 
@@ -67,6 +60,11 @@ bool PipeServer::readMessage(Message &message)
     return true;
 }
 
+void PipeServer::disconnect()
+{
+    DisconnectNamedPipe(m_pipe);
+}
+
 void PipeServer::cancel()
 {
     if (m_pipe != INVALID_HANDLE_VALUE)
@@ -77,7 +75,7 @@ void PipeServer::close()
 {
     if (m_pipe == INVALID_HANDLE_VALUE)
         return;
-    DisconnectNamedPipe(m_pipe);
+    disconnect();
     CloseHandle(m_pipe);
     m_pipe = INVALID_HANDLE_VALUE;
     qDebug() << "Pipe closed.";

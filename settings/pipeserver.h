@@ -1,6 +1,8 @@
 #ifndef PIPESERVER_H
 #define PIPESERVER_H
 
+#include "vesmorapipes.h"
+
 #include <QString>
 
 #include <windows.h>
@@ -9,13 +11,14 @@
 
 /// One instance of a message-type named pipe that serves one client at a time.
 ///
-/// create() and close() belong to the owning thread and receive() to the listening one; close()
-/// must not be called while receive() may run. cancel() may be called from any thread in between.
+/// create() and close() belong to the owning thread, receive() and what is about its outcome to the
+/// listening one; close() must not be called while receive() may run. cancel() may be called from
+/// any thread in between.
 /// Failures go to the debug log with their Win32 error number.
 class PipeServer
 {
 public:
-    using Message = std::array<char, 1024>;
+    using Message = std::array<char, VESMORA_PIPE_MESSAGE_LIMIT>;
 
     /// @p name is the full pipe name, "\\.\pipe\...".
     explicit PipeServer(const QString &name);
@@ -25,8 +28,13 @@ public:
     bool create();
 
     /// Waits for a client, copies its first message to the beginning of @p message and disconnects
-    /// it. Returns false when there was no client or no message of at most 1024 bytes.
+    /// it. Returns false when there was no client, or no message that is not too long.
     bool receive(Message &message);
+    /// Whether the last receive() found that its client had been there and left. The pipe is that
+    /// client's until disconnect(), and every receive() fails.
+    bool wasAbandoned() const { return m_abandoned; }
+    /// Lets go of the client, if any; the next one gets in with the next receive().
+    void disconnect();
 
     /// Fails the receive() under way, if any, with ERROR_OPERATION_ABORTED.
     void cancel();
@@ -40,6 +48,7 @@ private:
 
     const QString m_name;
     HANDLE m_pipe = INVALID_HANDLE_VALUE;
+    bool m_abandoned = false;
 };
 
 #endif

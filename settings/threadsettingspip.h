@@ -5,7 +5,9 @@
 
 #include <QThread>
 
-/// Listens on "\\.\pipe\VesmoraASIOToPannel" for the ASIO driver's wish to see the settings window.
+#include <atomic>
+
+/// Listens on VESMORA_WINDOW_PIPE for the ASIO driver's wish to see the settings window.
 class ThreadSettingsPip : public QThread
 {
     Q_OBJECT
@@ -24,10 +26,12 @@ protected:
     void run() override;
 
 private:
+    void listen();
     void handle(const PipeServer::Message &message);
     void stop();
 
     PipeServer *m_server;
+    std::atomic<HANDLE> m_thread = nullptr; ///< the listening one, by which its calls are cancelled
 };
 
 #endif

@@ -1,6 +1,7 @@
 #include "arguments.h"
 #include "binaryoutput.h"
 #include "resetserver.h"
+#include "vesmorapipes.h"
 #include "windowrequester.h"
 
 #include <QCoreApplication>
@@ -13,7 +14,7 @@ namespace {
 enum ExitCode { Done = 0, Failed = 1, Misused = 2 };
 
 constexpr qint64 maximumInt = std::numeric_limits<int>::max();
-constexpr qint64 longestMessage = 65536;
+constexpr qint64 longestMessage = VESMORA_PIPE_BUFFER_SIZE;
 
 /// What "send" does with each of its connections.
 struct Sending {

@@ -1,11 +1,6 @@
 #include "resetserver.h"
 
-namespace {
-
-constexpr wchar_t pipeName[] = LR"(\\.\pipe\VesmoraPannelToASIO)";
-constexpr DWORD bufferSize = 65536;
-
-} // namespace
+#include "vesmorapipes.h"
 
 bool ResetServer::fail(const char *call, DWORD error)
 {
@@ -15,9 +10,10 @@ bool ResetServer::fail(const char *call, DWORD error)
 
 bool ResetServer::listen()
 {
-    m_next = PipeHandle(CreateNamedPipeW(
-        pipeName, PIPE_ACCESS_DUPLEX, PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
-        PIPE_UNLIMITED_INSTANCES, bufferSize, bufferSize, 0, nullptr));
+    m_next = PipeHandle(CreateNamedPipeW(VESMORA_RESET_PIPE, PIPE_ACCESS_DUPLEX,
+                                         PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT,
+                                         PIPE_UNLIMITED_INSTANCES, VESMORA_PIPE_BUFFER_SIZE,
+                                         VESMORA_PIPE_BUFFER_SIZE, 0, nullptr));
     return m_next || fail("CreateNamedPipeW", GetLastError());
 }
 
@@ -36,10 +32,11 @@ bool ResetServer::serve(const std::function<void(const QByteArray &)> &received)
 bool ResetServer::readAll(HANDLE pipe, const std::function<void(const QByteArray &)> &received)
 {
     QByteArray message;
-    QByteArray part(bufferSize, Qt::Uninitialized);
+    QByteArray part(VESMORA_PIPE_BUFFER_SIZE, Qt::Uninitialized);
     for (;;) {
         DWORD length = 0;
-        const bool isRead = ReadFile(pipe, part.data(), bufferSize, &length, nullptr) != FALSE;
+        const bool isRead =
+            ReadFile(pipe, part.data(), VESMORA_PIPE_BUFFER_SIZE, &length, nullptr) != FALSE;
         const DWORD error = isRead ? 0 : GetLastError();
         if (!isRead && error != ERROR_MORE_DATA)
             return error == ERROR_BROKEN_PIPE || fail("ReadFile", error);

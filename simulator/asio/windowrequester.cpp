@@ -1,10 +1,11 @@
 #include "windowrequester.h"
 
+#include "vesmorapipes.h"
+
 #include <QDeadlineTimer>
 
 namespace {
 
-constexpr wchar_t pipeName[] = LR"(\\.\pipe\VesmoraASIOToPannel)";
 constexpr int patience = 10000;  // milliseconds
 constexpr DWORD retryPause = 10; // milliseconds
 
@@ -20,8 +21,8 @@ bool WindowRequester::connect()
 {
     const QDeadlineTimer deadline(patience);
     for (;;) {
-        m_pipe = PipeHandle(CreateFileW(pipeName, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                        OPEN_EXISTING, 0, nullptr));
+        m_pipe = PipeHandle(CreateFileW(VESMORA_WINDOW_PIPE, GENERIC_READ | GENERIC_WRITE, 0,
+                                        nullptr, OPEN_EXISTING, 0, nullptr));
         if (m_pipe)
             return true;
         const DWORD error = GetLastError();

@@ -48,6 +48,7 @@ private:
     Cells controlCode(const QString &name) const;
     Cells constant(const QString &name, const Cells &cells) const;
     Cells opcode(const QString &name, const Cells &cells) const;
+    Cells pipe(const QString &name) const;
     Cells structure(const QString &name) const;
     Cells field(const QString &name) const;
     Cells crosspoint(const Cells &cells) const;
@@ -109,6 +110,8 @@ Cells Comparison::expected(const QString &kind, const Cells &cells)
         return constant(name, cells);
     if (kind == QLatin1String("Opcode"))
         return opcode(name, cells);
+    if (kind == QLatin1String("Pipe"))
+        return pipe(name);
     if (kind == QLatin1String("Structure"))
         return structure(name);
     if (kind == QLatin1String("Field"))
@@ -185,6 +188,13 @@ QString Comparison::packetOf(quint32 opcode, const QString &argument, const QStr
     return QString::fromLatin1(bytes.toHex(' ')).toUpper();
 }
 
+Cells Comparison::pipe(const QString &name) const
+{
+    if (!m_header.pipes.contains(name))
+        return {"no such pipe"};
+    return {quoted(name), quoted(m_header.pipes.value(name))};
+}
+
 Cells Comparison::structure(const QString &name) const
 {
     if (!m_header.structures.contains(name))
@@ -241,6 +251,8 @@ void Comparison::complainAboutMissing()
     for (const QString &name : m_header.controlCodes.keys())
         complainUnlessNamed(name);
     for (const QString &name : m_header.constants.keys())
+        complainUnlessNamed(name);
+    for (const QString &name : m_header.pipes.keys())
         complainUnlessNamed(name);
     for (auto it = m_header.structures.cbegin(); it != m_header.structures.cend(); ++it) {
         complainUnlessNamed(it.key());

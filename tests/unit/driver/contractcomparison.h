@@ -4,8 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-/// What is wrong with the tables of the Markdown text @p page, given the text of the header: rows
-/// whose numbers differ, rows that the header knows nothing of, what the page lacks, and tables and
+/// What is wrong with the tables of the Markdown text @p page, given the text of the headers: rows
+/// whose numbers differ, rows that the headers know nothing of, what the page lacks, and tables and
 /// numbers that nobody checks. Empty when they agree.
 QStringList contractDifferences(const QString &page, const QString &header);
 

@@ -77,6 +77,8 @@ void Reader::readDefinition(const QString &name, const QString &definition)
         readControlCode(name, code);
     else if (readNumber(number, value))
         header.constants.insert(name, value);
+    else if (const Match pipe = matchWhole("L\"(.*)\"", number); pipe.hasMatch())
+        header.pipes.insert(name, pipe.captured(1).replace("\\\\", "\\"));
     else
         header.unread.append(name);
 }
@@ -133,7 +135,7 @@ quint32 Reader::bufferLength(const QString &direction, const QString &remark)
 quint32 Reader::typeSize(const QString &type)
 {
     const QMap<QString, quint32> sizes = {
-        {"uint8_t", 1}, {"int32_t", 4}, {"u32", 4}, {"double", 8}};
+        {"uint8_t", 1}, {"int32_t", 4}, {"uint32_t", 4}, {"u32", 4}, {"double", 8}};
     return header.structures.contains(type) ? header.structures.value(type).size
                                             : sizes.value(type);
 }

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-/// What driver/contract/vesmoracontract.h says, read from its text, so that nothing in it goes
+/// What the headers in driver/contract/ say, read from their text, so that nothing in them goes
 /// unnoticed.
 struct ContractHeader {
     struct ControlCode {
@@ -24,10 +24,12 @@ struct ContractHeader {
 
     QMap<QString, ControlCode> controlCodes;
     QMap<QString, quint32> constants; ///< the numbers; opcodes among them
+    QMap<QString, QString> pipes;     ///< their names
     QMap<QString, Structure> structures;
     QStringList unread; ///< what was found and not understood
 };
 
+/// @p text is that of the headers, one after the other.
 ContractHeader readContractHeader(const QString &text);
 
 #endif

@@ -1,6 +1,7 @@
 #include "contractseenbyc.h"
 
 #include "vesmoracontract.h"
+#include "vesmorapipes.h"
 
 const ContractSeenByC contractSeenByC = {
     sizeof(CommandPacket),
@@ -12,4 +13,6 @@ const ContractSeenByC contractSeenByC = {
     sizeof(MixerBlock),
     offsetof(MixerBlock, outputGains),
     sizeof(MeterRecord),
+    sizeof(WindowRequest),
+    offsetof(WindowRequest, showSettings),
 };

@@ -18,6 +18,8 @@ typedef struct ContractSeenByC {
     size_t mixerBlock;
     size_t outputGains;
     size_t meterRecord;
+    size_t windowRequest;
+    size_t showSettings;
 } ContractSeenByC;
 
 extern const ContractSeenByC contractSeenByC;

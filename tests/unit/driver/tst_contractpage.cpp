@@ -2,6 +2,7 @@
 #include "contractheader.h"
 #include "devicepaths.h"
 #include "vesmoracontract.h"
+#include "vesmorapipes.h"
 
 #include <QFile>
 #include <QTest>
@@ -42,7 +43,7 @@ private slots:
 
 private:
     const QString m_page = contentsOf(CONTRACT_PAGE);
-    const QString m_header = contentsOf(CONTRACT_HEADER);
+    const QString m_header = contentsOf(CONTRACT_HEADER) + contentsOf(PIPES_HEADER);
 };
 
 void ContractPageTest::thePageSaysWhatTheHeaderSays()
@@ -76,6 +77,15 @@ void ContractPageTest::theHeaderIsReadAsACompilerReadsIt()
     const auto gains = header.structures.value("MixerBlock").fields.value("outputGains");
     QCOMPARE(gains.offset, offsetof(MixerBlock, outputGains));
     QCOMPARE(gains.length, sizeof(MixerBlock::outputGains));
+
+    QCOMPARE(header.pipes.size(), 2);
+    QCOMPARE(header.pipes.value("VESMORA_RESET_PIPE"), QString::fromWCharArray(VESMORA_RESET_PIPE));
+    QCOMPARE(header.pipes.value("VESMORA_WINDOW_PIPE"),
+             QString::fromWCharArray(VESMORA_WINDOW_PIPE));
+    QCOMPARE(header.constants.value("VESMORA_RESET_SIGNAL"), VESMORA_RESET_SIGNAL);
+    const auto request = header.structures.value("WindowRequest");
+    QCOMPARE(request.size, sizeof(WindowRequest));
+    QCOMPARE(request.fields.value("showSettings").offset, offsetof(WindowRequest, showSettings));
 }
 
 void ContractPageTest::aWrongNumberOnThePageIsNoticed_data()
@@ -120,6 +130,14 @@ void ContractPageTest::aWrongNumberOnThePageIsNoticed_data()
                           << "| -6 | 0.5 |";
     QTest::newRow("peak") << "| -inf dB |"
                           << "| -160 dB |";
+    QTest::newRow("pipe's name") << "| `\\\\.\\pipe\\VesmoraASIOToPannel` |"
+                                 << "| `\\\\.\\pipe\\VesmoraASIOToPanel` |";
+    QTest::newRow("pipe of another name") << "| `VESMORA_RESET_PIPE` |"
+                                          << "| `VESMORA_ASIO_PIPE` |";
+    QTest::newRow("pipe's limit") << "`VESMORA_PIPE_MESSAGE_LIMIT` | 1024 |"
+                                  << "`VESMORA_PIPE_MESSAGE_LIMIT` | 1025 |";
+    QTest::newRow("pipe's message") << "`WindowRequest` | 20 |"
+                                    << "`WindowRequest` | 24 |";
     QTest::newRow("number in prose") << "the current peaks"
                                      << "the 192 current peaks";
     QTest::newRow("unknown code") << "| `VESMORA_STOP_AUDIO`"
@@ -172,6 +190,22 @@ void ContractPageTest::aChangeInTheHeaderIsNoticed_data()
     QTest::newRow("other value") << "VESMORA_PID_RM 15u"
                                  << "VESMORA_PID_RM 3u"
                                  << "found: `VESMORA_PID_RM` | 15, expected: `VESMORA_PID_RM` | 3";
+    const QString pipes = "/* \"Pannel\" is how both are spelt. */\n";
+    QTest::newRow("new pipe") << pipes << pipes + "#define VESMORA_CLOCK_PIPE L\"\\\\.\\pipe\"\n"
+                              << "missing on the page: VESMORA_CLOCK_PIPE";
+    QTest::newRow("other name of a pipe")
+        << "pipe\\\\VesmoraPannelToASIO"
+        << "pipe\\\\VesmoraPanelToASIO"
+        << "found: `VESMORA_RESET_PIPE` | `\\\\.\\pipe\\VesmoraPannelToASIO`, "
+           "expected: `VESMORA_RESET_PIPE` | `\\\\.\\pipe\\VesmoraPanelToASIO`";
+    QTest::newRow("other signal")
+        << "VESMORA_RESET_SIGNAL 0x31u"
+        << "VESMORA_RESET_SIGNAL 0x32u"
+        << "found: `VESMORA_RESET_SIGNAL` | 0x31, expected: `VESMORA_RESET_SIGNAL` | 0x32";
+    QTest::newRow("new word in a message")
+        << "    uint32_t loggedOnly[4];\n"
+        << "    uint32_t loggedOnly[5];\n"
+        << "found: `WindowRequest` | 20, expected: `WindowRequest` | 24";
 }
 
 void ContractPageTest::aChangeInTheHeaderIsNoticed()

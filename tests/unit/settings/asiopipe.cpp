@@ -1,11 +1,14 @@
 #include "asiopipe.h"
 
+#include "vesmorapipes.h"
+
 #include <QtGlobal>
 
 AsioPipe::AsioPipe()
-    : m_pipe(CreateNamedPipeW(LR"(\\.\pipe\VesmoraPannelToASIO)", PIPE_ACCESS_DUPLEX,
-                              PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT, 1, 65536,
-                              65536, 300, nullptr))
+    : m_pipe(CreateNamedPipeW(VESMORA_RESET_PIPE, PIPE_ACCESS_DUPLEX,
+                              PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT, 1,
+                              VESMORA_PIPE_BUFFER_SIZE, VESMORA_PIPE_BUFFER_SIZE,
+                              VESMORA_PIPE_TIMEOUT, nullptr))
 {
     if (m_pipe == INVALID_HANDLE_VALUE)
         qFatal("No pipe for the ASIO driver: error %u", unsigned(GetLastError()));

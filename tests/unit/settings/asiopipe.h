@@ -5,7 +5,7 @@
 
 #include <QByteArrayList>
 
-/// The ASIO driver's pipe, "\\.\pipe\VesmoraPannelToASIO", on which it awaits the reset signal.
+/// The ASIO driver's pipe, VESMORA_RESET_PIPE, on which it awaits the reset signal.
 class AsioPipe
 {
 public:

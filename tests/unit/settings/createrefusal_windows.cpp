@@ -1,5 +1,7 @@
 #include "createrefusal.h"
 
+#include "vesmorapipes.h"
+
 #include <QtGlobal>
 
 /// The name belongs to a pipe that allows one instance, which exists.
@@ -14,9 +16,10 @@ public:
     ~Lane() { CloseHandle(m_pipe); }
 
 private:
-    const HANDLE m_pipe = CreateNamedPipeW(LR"(\\.\pipe\VesmoraASIOToPannel)", PIPE_ACCESS_DUPLEX,
+    const HANDLE m_pipe = CreateNamedPipeW(VESMORA_WINDOW_PIPE, PIPE_ACCESS_DUPLEX,
                                            PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE | PIPE_WAIT, 1,
-                                           65536, 65536, 300, nullptr);
+                                           VESMORA_PIPE_BUFFER_SIZE, VESMORA_PIPE_BUFFER_SIZE,
+                                           VESMORA_PIPE_TIMEOUT, nullptr);
 };
 
 CreateRefusal::CreateRefusal()

@@ -1,6 +1,8 @@
 #ifndef PIPECLIENT_H
 #define PIPECLIENT_H
 
+#include "vesmorapipes.h"
+
 #include <windows.h>
 
 #include <QByteArray>
@@ -9,13 +11,13 @@
 #include <initializer_list>
 
 /// The name of the pipe on which the settings dialog listens.
-inline constexpr char listenerPipe[] = R"(\\.\pipe\VesmoraASIOToPannel)";
+inline const QString listenerPipe = QString::fromWCharArray(VESMORA_WINDOW_PIPE);
 
 /// The ASIO driver's end of a pipe that the program serves. Any thread, one at a time.
 class PipeClient
 {
 public:
-    explicit PipeClient(const QString &name = QString::fromLatin1(listenerPipe))
+    explicit PipeClient(const QString &name = listenerPipe)
         : m_name(name)
     { }
     ~PipeClient() { close(); }

@@ -21,6 +21,8 @@ const QString cancelledRead = QStringLiteral("Error reading from pipe. Error cod
 const QString closed = QStringLiteral("Pipe closed.");
 const QString opensWindow = QStringLiteral("Open Window Signal from ASIO.");
 
+const QString leftEarly = QStringLiteral("Error connecting to pipe. Error code: 232");
+
 constexpr char testPipe[] = R"(\\.\pipe\VesmoraPipeTest)";
 
 } // namespace
@@ -59,6 +61,7 @@ private slots:
     void aClientThatLeavesWithoutAMessageIsAFailure();
     void aSilentClientIsWaitedFor();
     void aClientFasterThanTheListenerIsServed();
+    void aClientThatCameAndWentBeforeTheListenerIsNotInTheWay();
     void ofOneConnectionOneMessageIsRead();
     void aSecondClientIsServedAfterTheFirstAndThePause();
     void aRefusedPipeIsTriedAgainAndAgain();
@@ -183,9 +186,16 @@ void TestPipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay()
     client.close();
     takeLog();
     PipeServer::Message message{};
-    QVERIFY(!server.receive(message));
-    QCOMPARE(takeLog(), QStringList{"Error connecting to pipe. Error code: 232"});
+    // Until it is disconnected, which is the caller's business.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        QVERIFY(!server.wasAbandoned() || attempt > 0);
+        QVERIFY(!server.receive(message));
+        QCOMPARE(takeLog(), QStringList{leftEarly});
+        QVERIFY(server.wasAbandoned());
+    }
+    QCOMPARE(PipeClient(testPipe).open(), DWORD(ERROR_PIPE_BUSY));
     QCOMPARE(message, PipeServer::Message{});
+    server.disconnect();
 
     std::thread next([] {
         PipeClient pipe(testPipe);
@@ -194,6 +204,7 @@ void TestPipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay()
     const bool received = server.receive(message);
     next.join();
     QVERIFY(received);
+    QVERIFY(!server.wasAbandoned());
     QCOMPARE(QByteArray(message.data()), QByteArray("abc"));
     QCOMPARE(takeLog(), QStringList());
     server.close();
@@ -447,6 +458,20 @@ void TestPipes::aClientFasterThanTheListenerIsServed()
     takeLog();
     m_listener->start(QThread::InheritPriority);
     expectLog({waiting, "Received data from pipe: 1 2 3 4 5", opensWindow, waiting});
+}
+
+void TestPipes::aClientThatCameAndWentBeforeTheListenerIsNotInTheWay()
+{
+    m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
+    PipeClient client;
+    QCOMPARE(client.open(), DWORD(ERROR_SUCCESS));
+    QVERIFY(client.write(messageOf({1})));
+    client.close();
+    takeLog();
+    m_listener->start(QThread::InheritPriority);
+    expectLog({waiting, leftEarly, noData, waiting});
+    QVERIFY(sendToListener(messageOf({7})));
+    expectLog({"Received data from pipe: 7 0 0 0 0", waiting});
 }
 
 void TestPipes::ofOneConnectionOneMessageIsRead()

@@ -21,7 +21,7 @@ extern "C" const char *__asan_default_options()
 
 namespace {
 
-constexpr char stormPipe[] = R"(\\.\pipe\VesmoraPipeStorm)";
+const QString stormPipe = R"(\\.\pipe\VesmoraPipeStorm)";
 constexpr int stormMessages = 10000;
 constexpr int warmUpMessages = 1000;
 constexpr int stormClients = 4;
@@ -85,8 +85,8 @@ template <typename Selector> int countOf(int count, Selector selector)
 class Clients
 {
 public:
-    Clients(const char *pipe, int messages, int threads)
-        : m_pipe(QString::fromLatin1(pipe))
+    Clients(const QString &pipe, int messages, int threads)
+        : m_pipe(pipe)
         , m_messages(messages)
         , m_first(m_pipe)
     {

@@ -657,7 +657,7 @@ void TestSettings::okWhileTheAsioDriverIsBusyIsNotRetried()
     dialog().show();
     takeLog();
     AsioPipe asio;
-    PipeClient other(QStringLiteral(R"(\\.\pipe\VesmoraPannelToASIO)"));
+    PipeClient other(QString::fromWCharArray(VESMORA_RESET_PIPE));
     QCOMPARE(other.open(), DWORD(ERROR_SUCCESS));
     clickOk();
     QVERIFY(dialog().isHidden());
