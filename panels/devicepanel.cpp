@@ -38,7 +38,20 @@ int savedLevel(const QVariant &saved, int initialDb)
     return static_cast<int>(std::clamp<qint64>(db, Bounds::min(), Bounds::max()));
 }
 
+void logSwitch(const char *text)
+{
+    if (text)
+        qDebug() << text;
+}
+
 } // namespace
+
+const DevicePanel::SwitchLog DevicePanel::headphoneSwitchLog{
+    .muteOn = "Headphone Mute Button Clicked: Mute ON",
+    .muteOff = "Headphone Mute Button Clicked: Mute OFF",
+    .dimOn = "Headphone Dim Button Clicked: Dim ON",
+    .dimOff = "Headphone Dim Button Clicked: Dim OFF",
+};
 
 DevicePanel::DevicePanel(Saves saves)
     : m_saves(saves)
@@ -54,12 +67,20 @@ DevicePanel::~DevicePanel()
     delete m_settings;
 }
 
-bool DevicePanel::openDevice(const char *failure)
+bool DevicePanel::connectToDevice(std::initializer_list<std::uint8_t> outputs)
+{
+    if (!openDevice() || !setOutputVolumes(outputs))
+        return false;
+    openSettings();
+    return true;
+}
+
+bool DevicePanel::openDevice()
 {
     m_device = new VesmoraIoControl;
     if (m_device->openDevice())
         return true;
-    qDebug() << failure;
+    qDebug("Failed to create device in %s.", metaObject()->className());
     return false;
 }
 
@@ -73,11 +94,13 @@ bool DevicePanel::setOutputVolumes(std::initializer_list<std::uint8_t> channels)
     return lastDone;
 }
 
-void DevicePanel::openSettings(const QString &fileName)
+void DevicePanel::openSettings()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     QDir().mkpath(folder);
-    m_settings = new QSettings(folder + fileName, QSettings::IniFormat, this);
+    const QLatin1String model(metaObject()->className());
+    m_settings =
+        new QSettings(folder + u'/' + model + QLatin1String(".ini"), QSettings::IniFormat, this);
 }
 
 void DevicePanel::layOutColumns(std::initializer_list<QLayout *> inputs,
@@ -100,52 +123,68 @@ void DevicePanel::startMeters()
     timer->start(meterInterval);
 }
 
-Knob *DevicePanel::addGain(QBoxLayout *column, const QString &name, std::uint8_t channel,
-                           int maximumDb, LevelMeters::Source level)
+Knob *DevicePanel::addGain(QBoxLayout *column, const Microphone &mic, int maximumDb)
 {
-    auto *gain = panelparts::gainKnob(name, maximumDb);
+    auto *gain = panelparts::gainKnob(mic.name, maximumDb);
     column->addWidget(gain);
-    bind(gain, [this, channel](int db) { setMicGain(channel, db); });
-    addMeter(column, level);
+    bind(gain, [this, channel = mic.channel](int db) { setMicGain(channel, db); });
+    addMeter(column, mic.level);
     return gain;
 }
 
+Button *DevicePanel::addPad(QBoxLayout *buttons, const Microphone &mic)
+{
+    return addButton(buttons,
+                     panelparts::inputButton(mic.name + QLatin1String("20dB"),
+                                             QStringLiteral("20dB"), panelparts::orange),
+                     [this, channel = mic.channel](bool on) { setMicPad(channel, on); });
+}
+
+Button *DevicePanel::addPhantom(QBoxLayout *buttons, const Microphone &mic)
+{
+    return addButton(buttons,
+                     panelparts::inputButton(mic.name + QLatin1String("48V"), QStringLiteral("48V"),
+                                             panelparts::red),
+                     [this, channel = mic.channel](bool on) { setMicPhantom(channel, on); });
+}
+
+Button *DevicePanel::addMonitor(QBoxLayout *buttons, const Microphone &mic, const QString &text,
+                                std::span<const Route> routes)
+{
+    return addButton(
+        buttons,
+        panelparts::inputButton(QLatin1String("Monitor") + mic.name, text, panelparts::cyan),
+        [this, routes](bool on) { setMonitor(routes, on); });
+}
+
 void DevicePanel::addVolume(QBoxLayout *column, StereoOutput &output, const QString &name,
-                            QLabel *caption, const VolumeActions &actions)
+                            QLabel *caption, const SwitchLog &log, const KnobAction &setVolume)
 {
     auto *knobRow = new QHBoxLayout;
     output.volume = panelparts::volumeKnob(name);
     knobRow->addWidget(output.volume);
-    connect(output.volume, &Knob::valueChangedSig, this, actions.volume);
+    const KnobAction changeVolume = bind(output.volume, setVolume);
     column->addLayout(knobRow);
     column->addWidget(caption);
 
     auto *buttons = panelparts::centredRow();
     output.mute = addButton(
         buttons, panelparts::outputButton(name + QStringLiteral("Mute"), QStringLiteral("MUTE")),
-        actions.mute);
+        [&output, changeVolume, log](bool on) {
+            output.muted = on;
+            // The device gets silence by StereoOutput::effectiveDb() in any case; who logs the
+            // level that was asked for says silence, too.
+            changeVolume(on ? StereoOutput::silenceDb : output.volume->value);
+            logSwitch(on ? log.muteOn : log.muteOff);
+        });
     output.dim = addButton(
         buttons, panelparts::outputButton(name + QStringLiteral("Dim"), QStringLiteral("DIM")),
-        actions.dim);
+        [&output, changeVolume, log](bool on) {
+            output.dimmed = on;
+            changeVolume(output.volume->value);
+            logSwitch(on ? log.dimOn : log.dimOff);
+        });
     column->addLayout(buttons);
-}
-
-DevicePanel::VolumeActions DevicePanel::headphoneActions(StereoOutput &output,
-                                                         const KnobAction &volume)
-{
-    const auto mute = [&output, volume](bool on) {
-        output.muted = on;
-        volume(on ? StereoOutput::silenceDb : output.volume->value);
-        qDebug() << (on ? "Headphone Mute Button Clicked: Mute ON"
-                        : "Headphone Mute Button Clicked: Mute OFF");
-    };
-    const auto dim = [&output, volume](bool on) {
-        output.dimmed = on;
-        volume(output.volume->value);
-        qDebug() << (on ? "Headphone Dim Button Clicked: Dim ON"
-                        : "Headphone Dim Button Clicked: Dim OFF");
-    };
-    return {.volume = volume, .mute = mute, .dim = dim};
 }
 
 Knob *DevicePanel::addPhoneVolume(QBoxLayout *column, const QString &name, QBoxLayout *readout,
@@ -175,12 +214,15 @@ Button *DevicePanel::addButton(QBoxLayout *layout, Button *button, const ButtonA
     return button;
 }
 
-void DevicePanel::bind(Knob *knob, const KnobAction &action)
+/// Has the knob run @p action and then save itself; returns these two steps as one action.
+DevicePanel::KnobAction DevicePanel::bind(Knob *knob, const KnobAction &action)
 {
-    connect(knob, &Knob::valueChangedSig, this, [this, knob, key = keyOf(knob), action](int db) {
+    const KnobAction actAndSave = [this, knob, key = keyOf(knob), action](int db) {
         action(db);
         save(key, knob->value);
-    });
+    };
+    connect(knob, &Knob::valueChangedSig, this, actAndSave);
+    return actAndSave;
 }
 
 void DevicePanel::addMeter(QBoxLayout *layout, LevelMeters::Source level)
@@ -213,11 +255,6 @@ void DevicePanel::restore(Button *button)
 void DevicePanel::finishRestore()
 {
     qDebug() << "已从配置文件加载控件状态";
-}
-
-void DevicePanel::save(const Knob *knob)
-{
-    save(keyOf(knob), knob->value);
 }
 
 void DevicePanel::save(const QString &key, const QVariant &value)

@@ -4,6 +4,7 @@
 #include "button.h"
 #include "knob.h"
 #include "levelmeters.h"
+#include "microphone.h"
 #include "mixermatrix.h"
 #include "stereooutput.h"
 #include "vesmoracontract.h"
@@ -25,8 +26,10 @@ class VesmoraIoControl;
 /// What the mixer panels of all models share: the connection, the mixer block, the settings file,
 /// the level meters and the step from a control to the device and the file.
 ///
-/// A model's constructor opens the device and, when that succeeds, the settings file, lays out its
-/// controls and replays their saved state. A panel whose device fails stays an empty widget.
+/// A model's class is called like the model, in lower case, and so are the panel in the log and its
+/// settings file: class rx1 fails with "Failed to create device in rx1." and keeps "rx1.ini". Its
+/// constructor connects to the device, lays out the controls and replays their saved state. A panel
+/// whose device fails stays an empty widget.
 ///
 /// A control's object name is its identity: a knob "Mic" is kept under "Dial/MicValue" (int, dB), a
 /// button "Mic48V" under "Button/Mic48VIsChecked" (bool). Every action goes to the device and then
@@ -44,13 +47,11 @@ protected:
     enum class Saves { Silent, Logged };
     explicit DevicePanel(Saves saves = Saves::Silent);
 
-    /// Opens the panel's own connection; logs @p failure and returns false when there is none.
-    bool openDevice(const char *failure);
-    /// Sets the device's own volume of each of @p channels (1-based), in order. Only the last
-    /// answer counts: when it is a failure, logs it and returns false.
-    bool setOutputVolumes(std::initializer_list<std::uint8_t> channels);
-    /// Opens @p fileName, e.g. "/rx1.ini", in the program's data folder.
-    void openSettings(const QString &fileName);
+    /// Opens the panel's own connection, sets the device's own volume of each of @p outputs
+    /// (1-based channels), in order, and opens the settings file in the program's data folder. Logs
+    /// what failed and returns false when there is no device or the last volume was not set; the
+    /// other volumes' answers do not count.
+    bool connectToDevice(std::initializer_list<std::uint8_t> outputs);
     /// Lays out @p inputs and @p outputs, columns from left to right, with a line between the two.
     void layOutColumns(std::initializer_list<QLayout *> inputs,
                        std::initializer_list<QLayout *> outputs);
@@ -59,22 +60,31 @@ protected:
 
     using KnobAction = std::function<void(int db)>;
     using ButtonAction = std::function<void(bool on)>;
-    struct VolumeActions {
-        KnobAction volume; ///< saves the knob itself, since mute and dim call it, too
-        ButtonAction mute;
-        ButtonAction dim;
+
+    /// What the switches of an output log, after the lines of its volume; null is nothing.
+    struct SwitchLog {
+        const char *muteOn = nullptr;
+        const char *muteOff = nullptr;
+        const char *dimOn = nullptr;
+        const char *dimOff = nullptr;
     };
+    /// For the headphone of a model that has no other output.
+    static const SwitchLog headphoneSwitchLog;
 
     // These place controls into a layout and connect each to its action. A control is saved after
     // its action has run.
-    /// The gain of microphone @p channel (1-based), 0 to @p maximumDb, above its meter.
-    Knob *addGain(QBoxLayout *column, const QString &name, std::uint8_t channel, int maximumDb,
-                  LevelMeters::Source level);
-    /// Volume, mute and dim of one output; their names are made of @p name.
+    /// The microphone's gain, 0 to @p maximumDb, above its meter.
+    Knob *addGain(QBoxLayout *column, const Microphone &mic, int maximumDb);
+    /// The microphone's 20 dB pad, phantom power and direct monitoring over @p routes.
+    Button *addPad(QBoxLayout *buttons, const Microphone &mic);
+    Button *addPhantom(QBoxLayout *buttons, const Microphone &mic);
+    Button *addMonitor(QBoxLayout *buttons, const Microphone &mic, const QString &text,
+                       std::span<const Route> routes);
+    /// Volume, mute and dim of one output; their names are made of @p name. All three come to
+    /// @p setVolume, which sends the level and reports it, and then save the volume; mute and dim
+    /// themselves follow.
     void addVolume(QBoxLayout *column, StereoOutput &output, const QString &name, QLabel *caption,
-                   const VolumeActions &actions);
-    /// Mute and dim for the single headphone output of a model, around its @p volume.
-    static VolumeActions headphoneActions(StereoOutput &output, const KnobAction &volume);
+                   const SwitchLog &log, const KnobAction &setVolume);
     /// The phone input's volume, its meter and @p caption in @p readout beside it.
     Knob *addPhoneVolume(QBoxLayout *column, const QString &name, QBoxLayout *readout,
                          QLabel *caption, const KnobAction &action);
@@ -89,16 +99,9 @@ protected:
     /// Logs that all controls are restored.
     void finishRestore();
 
-    /// Writes the knob's value to the settings file at once.
-    void save(const Knob *knob);
-
-    // The actions that models share; channels are 1-based.
-    void setMicGain(std::uint8_t channel, int db);
-    void setMicPad(std::uint8_t channel, bool on);
-    void setMicPhantom(std::uint8_t channel, bool on);
-    void setMonitor(std::span<const Route> routes, bool on);
     /// Sends the level of @p db after mute and dim; returns whether the device took it.
     bool sendVolume(const StereoOutput &output, int db);
+    /// Sends the linear @p gain of @p routes; returns whether the device took it.
     bool sendRoutes(std::span<const Route> routes, double gain);
 
     /// Logs @p success and @p value, or @p failure.
@@ -116,8 +119,17 @@ protected:
     MixerBlock &mixer() { return m_mixer; }
 
 private:
-    void bind(Knob *knob, const KnobAction &action);
+    bool openDevice();
+    bool setOutputVolumes(std::initializer_list<std::uint8_t> channels);
+    void openSettings();
+
+    KnobAction bind(Knob *knob, const KnobAction &action);
     void addMeter(QBoxLayout *layout, LevelMeters::Source level);
+    void setMicGain(std::uint8_t channel, int db);
+    void setMicPad(std::uint8_t channel, bool on);
+    void setMicPhantom(std::uint8_t channel, bool on);
+    void setMonitor(std::span<const Route> routes, bool on);
+
     static QString keyOf(const Knob *knob);
     static QString keyOf(const Button *button);
     void save(const QString &key, const QVariant &value);

@@ -11,6 +11,12 @@ struct Route {
     int column;
 };
 
+// Routes to the first stereo output: the speaker, or the headphone of a model without one.
+/// A single microphone, heard on both sides.
+inline constexpr Route micToFirstOutput[] = {{64, 0}, {65, 1}};
+/// The phone input's left and right side.
+inline constexpr Route phoneToFirstOutput[] = {{64, 2}, {65, 3}};
+
 /// Sets every crosspoint of @p routes to the linear @p gain.
 void setRoutes(MixerBlock &block, std::span<const Route> routes, double gain);
 

@@ -7,10 +7,9 @@
 
 namespace {
 
-constexpr std::uint8_t mic = 1;
+constexpr Microphone mic{
+    .name = QLatin1StringView("Mic"), .channel = 1, .level = LevelMeters::Input1};
 constexpr int maximumGainDb = 42;
-constexpr Route monitorRoutes[] = {{64, 0}, {65, 1}};
-constexpr Route phoneRoutes[] = {{64, 2}, {65, 3}};
 
 /// As the family's captions, but for the leading space that this model's style has always had.
 QLabel *caption(const QString &text)
@@ -24,14 +23,13 @@ QLabel *caption(const QString &text)
 
 rm::rm()
 {
-    if (!openDevice("Failed to create device in rm.") || !setOutputVolumes({1, 2}))
+    if (!connectToDevice({1, 2}))
         return;
-    openSettings(QStringLiteral("/rm.ini"));
     QLayout *input = inputColumn();
     QLayout *output = outputColumn();
     layOutColumns({input}, {output});
     seedMixer(mixer());
-    setRoutes(mixer(), phoneRoutes, 1.0);
+    setRoutes(mixer(), phoneToFirstOutput, 1.0);
     startMeters();
     restoreState();
 }
@@ -40,14 +38,11 @@ QLayout *rm::inputColumn()
 {
     auto *column = panelparts::column(panelparts::inputMargins);
     column->addWidget(panelparts::heading(tr("MIC")));
-    m_gain = addGain(column, QStringLiteral("Mic"), mic, maximumGainDb, LevelMeters::Input1);
+    m_gain = addGain(column, mic, maximumGainDb);
     column->addWidget(caption(tr("Gain")));
 
     auto *buttons = panelparts::centredColumn();
-    m_direct = addButton(
-        buttons,
-        panelparts::inputButton(QStringLiteral("MonitorMic"), tr("DIRECT"), panelparts::cyan),
-        [this](bool on) { setMonitor(monitorRoutes, on); });
+    m_direct = addMonitor(buttons, mic, tr("DIRECT"), micToFirstOutput);
     column->addLayout(buttons);
     return column;
 }
@@ -57,7 +52,7 @@ QLayout *rm::outputColumn()
     auto *column = panelparts::column(panelparts::outputMargins);
     column->addWidget(panelparts::heading(QStringLiteral("HEADPHONE")));
     addVolume(column, m_headphone, QStringLiteral("Headphone"), caption(tr("Volume")),
-              headphoneActions(m_headphone, [this](int db) { setHeadphoneVolume(db); }));
+              headphoneSwitchLog, [this](int db) { setHeadphoneVolume(db); });
     column->addStretch();
     return column;
 }
@@ -76,5 +71,4 @@ void rm::setHeadphoneVolume(int db)
 {
     if (!sendVolume(m_headphone, db))
         qDebug() << "Failed to set headphone volume.";
-    save(m_headphone.volume);
 }

@@ -4,7 +4,7 @@
 #include "devicepanel.h"
 
 /// The mixer panel of the RM: one microphone input and one headphone output with direct monitoring.
-/// The phone input is always heard at unity. Its settings file is "rm.ini".
+/// The phone input is always heard at unity.
 class rm : public DevicePanel
 {
     Q_OBJECT

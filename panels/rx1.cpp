@@ -8,18 +8,16 @@
 
 namespace {
 
-constexpr std::uint8_t mic = 1;
+constexpr Microphone mic{
+    .name = QLatin1StringView("Mic"), .channel = 1, .level = LevelMeters::Input1};
 constexpr int maximumGainDb = 42;
-constexpr Route monitorRoutes[] = {{64, 0}, {65, 1}};
-constexpr Route phoneRoutes[] = {{64, 2}, {65, 3}};
 
 } // namespace
 
 rx1::rx1()
 {
-    if (!openDevice("Failed to create device in rx1.") || !setOutputVolumes({1, 2}))
+    if (!connectToDevice({1, 2}))
         return;
-    openSettings(QStringLiteral("/rx1.ini"));
     QLayout *input = inputColumn();
     QLayout *output = outputColumn();
     layOutColumns({input}, {output});
@@ -32,25 +30,16 @@ QLayout *rx1::inputColumn()
 {
     auto *column = panelparts::column(panelparts::inputMargins);
     column->addWidget(panelparts::heading(tr("INPUT")));
-    m_gain = addGain(column, QStringLiteral("Mic"), mic, maximumGainDb, LevelMeters::Input1);
+    m_gain = addGain(column, mic, maximumGainDb);
     column->addWidget(panelparts::caption(tr("Gain")));
 
     auto *buttons = panelparts::centredColumn();
     m_instrument = addButton(
         buttons, panelparts::inputButton(QStringLiteral("MicInstr"), tr("MIC"), panelparts::green),
         [this](bool on) { setInstrument(on); });
-    m_pad = addButton(buttons,
-                      panelparts::inputButton(QStringLiteral("Mic20dB"), QStringLiteral("20dB"),
-                                              panelparts::orange),
-                      [this](bool on) { setMicPad(mic, on); });
-    m_phantom = addButton(
-        buttons,
-        panelparts::inputButton(QStringLiteral("Mic48V"), QStringLiteral("48V"), panelparts::red),
-        [this](bool on) { setMicPhantom(mic, on); });
-    m_direct = addButton(
-        buttons,
-        panelparts::inputButton(QStringLiteral("MonitorMic"), tr("DIRECT"), panelparts::cyan),
-        [this](bool on) { setMonitor(monitorRoutes, on); });
+    m_pad = addPad(buttons, mic);
+    m_phantom = addPhantom(buttons, mic);
+    m_direct = addMonitor(buttons, mic, tr("DIRECT"), micToFirstOutput);
     column->addLayout(buttons);
     return column;
 }
@@ -61,7 +50,7 @@ QLayout *rx1::outputColumn()
     column->setAlignment(Qt::AlignCenter);
     column->addWidget(panelparts::heading(tr("HEADPHONE")));
     addVolume(column, m_headphone, QStringLiteral("Headphone"), panelparts::caption(tr("Volume")),
-              headphoneActions(m_headphone, [this](int db) { setHeadphoneVolume(db); }));
+              headphoneSwitchLog, [this](int db) { setHeadphoneVolume(db); });
     m_phone = addPhoneVolume(column, QStringLiteral("OtgToHp"), panelparts::centredColumn(),
                              panelparts::smallCaption(tr("Phone To HP Volume")),
                              [this](int db) { setPhoneVolume(db); });
@@ -86,7 +75,7 @@ void rx1::restoreState()
 void rx1::setInstrument(bool on)
 {
     qDebug() << "Mic Instr Button Clicked" << on;
-    const bool done = device().switchMicInstruction(mic, on);
+    const bool done = device().switchMicInstruction(mic.channel, on);
     report(done, "Mic instruction switched for channel 1.", "Failed to switch mic instruction.");
     if (done)
         m_instrument->setText(on ? tr("INST") : tr("MIC"));
@@ -97,12 +86,11 @@ void rx1::setHeadphoneVolume(int db)
     const bool done = sendVolume(m_headphone, db);
     report(done, "Headphone volume set to:", mixer().outputGains[m_headphone.firstGain],
            "Failed to set headphone volume.");
-    save(m_headphone.volume);
 }
 
 void rx1::setPhoneVolume(int db)
 {
     const double gain = VesmoraIoControl::dbToGain(db);
-    report(sendRoutes(phoneRoutes, gain), "OTG to HP volume set to:", gain,
+    report(sendRoutes(phoneToFirstOutput, gain), "OTG to HP volume set to:", gain,
            "Failed to set OTG to HP volume.");
 }

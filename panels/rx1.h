@@ -4,7 +4,7 @@
 #include "devicepanel.h"
 
 /// The mixer panel of the RX1: one microphone or instrument input, one headphone output with direct
-/// monitoring and the phone input. Its settings file is "rx1.ini".
+/// monitoring and the phone input.
 class rx1 : public DevicePanel
 {
     Q_OBJECT

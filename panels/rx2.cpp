@@ -8,10 +8,13 @@
 
 namespace {
 
+constexpr Microphone mic1{
+    .name = QLatin1StringView("Mic1"), .channel = 1, .level = LevelMeters::Input1};
+constexpr Microphone mic2{
+    .name = QLatin1StringView("Mic2"), .channel = 2, .level = LevelMeters::Input2};
 constexpr int maximumGainDb = 56;
 constexpr Route mic1Routes[] = {{64, 0}, {65, 0}, {68, 0}, {69, 0}};
 constexpr Route mic2Routes[] = {{64, 1}, {65, 1}, {68, 1}, {69, 1}};
-constexpr Route phoneToSpeakerRoutes[] = {{64, 2}, {65, 3}};
 constexpr Route phoneToHeadphoneRoutes[] = {{68, 2}, {69, 3}};
 /// The second output pair, which the other models lack.
 constexpr Route secondPairRoutes[] = {{100, 0}, {101, 1}, {132, 0}, {133, 1}};
@@ -23,8 +26,8 @@ constexpr char phoneFailed[] = "Failed to set OTG to HP volume.";
 
 rx2::rx2()
     : DevicePanel(Saves::Logged)
-    , m_mic1{.channel = 1, .level = LevelMeters::Input1, .monitorRoutes = mic1Routes}
-    , m_mic2{.channel = 2, .level = LevelMeters::Input2, .monitorRoutes = mic2Routes}
+    , m_mic1{.mic = mic1, .monitorRoutes = mic1Routes}
+    , m_mic2{.mic = mic2, .monitorRoutes = mic2Routes}
     , m_headphone{.level = {.firstGain = 4},
                   .phoneRoutes = phoneToHeadphoneRoutes,
                   .log = {.volumeCalled = "Headphone Knob value changed:",
@@ -32,21 +35,21 @@ rx2::rx2()
                           .volumeFailed = "Failed to set headphone volume.",
                           .phoneSet = "OTG to HP volume set to:"}}
     , m_speaker{.level = {.firstGain = 0},
-                .phoneRoutes = phoneToSpeakerRoutes,
+                .phoneRoutes = phoneToFirstOutput,
                 .log = {.volumeCalled = "Speaker Knob value changed:",
                         .volumeSet = "Speaker volume set to:",
                         .volumeFailed = "Failed to set speaker volume.",
-                        .phoneSet = "OTG to SP volume set to:"}}
+                        .phoneSet = "OTG to SP volume set to:",
+                        .switches = {.muteOn = "Speaker Mute Button Clicked: Mute ON",
+                                     .muteOff = "Speaker Mute Button Clicked: Mute OFF"}}}
 {
-    if (!openDevice("Failed to create device in rx2.") || !setOutputVolumes({1, 2, 5, 6}))
+    if (!connectToDevice({1, 2, 5, 6}))
         return;
-    openSettings(QStringLiteral("/rx2.ini"));
-
-    QLayout *mic1 = inputColumn(m_mic1, tr("MIC1"));
-    QLayout *mic2 = inputColumn(m_mic2, tr("MIC2"));
+    QLayout *input1 = inputColumn(m_mic1, tr("MIC1"));
+    QLayout *input2 = inputColumn(m_mic2, tr("MIC2"));
     QLayout *speaker = speakerColumn();
     QLayout *headphone = headphoneColumn();
-    layOutColumns({mic1, mic2}, {speaker, headphone});
+    layOutColumns({input1, input2}, {speaker, headphone});
     seedMixer(mixer());
     setRoutes(mixer(), secondPairRoutes, 1.0);
     startMeters();
@@ -55,25 +58,15 @@ rx2::rx2()
 
 QLayout *rx2::inputColumn(Input &input, const QString &title)
 {
-    const QString name = QStringLiteral("Mic%1").arg(input.channel);
     auto *column = panelparts::column(panelparts::inputMargins);
     column->addWidget(panelparts::heading(title));
-    input.gain = addGain(column, name, input.channel, maximumGainDb, input.level);
+    input.gain = addGain(column, input.mic, maximumGainDb);
     column->addWidget(panelparts::caption(tr("Gain")));
 
     auto *buttons = panelparts::centredColumn();
-    input.pad = addButton(buttons,
-                          panelparts::inputButton(name + QStringLiteral("20dB"),
-                                                  QStringLiteral("20dB"), panelparts::orange),
-                          [this, &input](bool on) { setMicPad(input.channel, on); });
-    input.phantom = addButton(buttons,
-                              panelparts::inputButton(name + QStringLiteral("48V"),
-                                                      QStringLiteral("48V"), panelparts::red),
-                              [this, &input](bool on) { setMicPhantom(input.channel, on); });
-    input.direct = addButton(
-        buttons,
-        panelparts::inputButton(QStringLiteral("Monitor") + name, tr("DIRECT"), panelparts::cyan),
-        [this, &input](bool on) { setMonitor(input.monitorRoutes, on); });
+    input.pad = addPad(buttons, input.mic);
+    input.phantom = addPhantom(buttons, input.mic);
+    input.direct = addMonitor(buttons, input.mic, tr("DIRECT"), input.monitorRoutes);
     column->addLayout(buttons);
     column->addStretch();
     return column;
@@ -84,9 +77,7 @@ QLayout *rx2::speakerColumn()
     auto *column = panelparts::column(panelparts::outputMargins);
     column->addWidget(panelparts::heading(tr("SPEAKER")));
     addVolume(column, m_speaker.level, QStringLiteral("Speaker"), panelparts::caption(tr("Volume")),
-              {.volume = [this](int db) { setVolume(m_speaker, db); },
-               .mute = [this](bool on) { setSpeakerMute(on); },
-               .dim = [this](bool on) { setDim(m_speaker, on); }});
+              m_speaker.log.switches, [this](int db) { setVolume(m_speaker, db); });
     addPhone(column, m_speaker, QStringLiteral("OtgToSP"), tr("Phone To SP Volume"));
     return column;
 }
@@ -95,11 +86,10 @@ QLayout *rx2::headphoneColumn()
 {
     auto *column = panelparts::column(panelparts::outputMargins);
     column->addWidget(panelparts::heading(tr("HEADPHONE")));
+    // Its mute, unlike the speaker's, logs the knob's value.
     addVolume(column, m_headphone.level, QStringLiteral("Headphone"),
-              panelparts::caption(tr("Volume")),
-              {.volume = [this](int db) { setVolume(m_headphone, db); },
-               .mute = [this](bool on) { setHeadphoneMute(on); },
-               .dim = [this](bool on) { setDim(m_headphone, on); }});
+              panelparts::caption(tr("Volume")), m_headphone.log.switches,
+              [this](int) { setVolume(m_headphone, m_headphone.level.volume->value); });
     addPhone(column, m_headphone, QStringLiteral("OtgToHp"), tr("Phone To HP Volume"));
     return column;
 }
@@ -137,27 +127,6 @@ void rx2::setVolume(const Output &output, int db)
     qDebug() << output.log.volumeCalled << db;
     report(sendVolume(output.level, db), output.log.volumeSet, output.level.effectiveDb(db),
            output.log.volumeFailed);
-    save(output.level.volume);
-}
-
-void rx2::setSpeakerMute(bool on)
-{
-    m_speaker.level.muted = on;
-    setVolume(m_speaker, on ? StereoOutput::silenceDb : m_speaker.level.volume->value);
-    qDebug() << (on ? "Speaker Mute Button Clicked: Mute ON"
-                    : "Speaker Mute Button Clicked: Mute OFF");
-}
-
-void rx2::setHeadphoneMute(bool on)
-{
-    m_headphone.level.muted = on;
-    setVolume(m_headphone, m_headphone.level.volume->value);
-}
-
-void rx2::setDim(Output &output, bool on)
-{
-    output.level.dimmed = on;
-    setVolume(output, output.level.volume->value);
 }
 
 void rx2::setPhoneVolume(const Output &output, int db)

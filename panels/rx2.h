@@ -4,7 +4,7 @@
 #include "devicepanel.h"
 
 /// The mixer panel of the RX2: two microphone inputs, a speaker and a headphone output, each output
-/// with the phone input on a knob of its own. Its settings file is "rx2.ini".
+/// with the phone input on a knob of its own.
 class rx2 : public DevicePanel
 {
     Q_OBJECT
@@ -15,8 +15,7 @@ public:
 
 private:
     struct Input {
-        std::uint8_t channel; ///< 1-based
-        LevelMeters::Source level;
+        Microphone mic;
         std::span<const Route> monitorRoutes; ///< to both sides of both outputs
         Knob *gain = nullptr;
         Button *pad = nullptr;
@@ -29,6 +28,7 @@ private:
         const char *volumeSet;
         const char *volumeFailed;
         const char *phoneSet;
+        SwitchLog switches = {};
     };
     struct Output {
         StereoOutput level;
@@ -44,9 +44,6 @@ private:
     void restoreState();
 
     void setVolume(const Output &output, int db);
-    void setSpeakerMute(bool on);
-    void setHeadphoneMute(bool on);
-    void setDim(Output &output, bool on);
     void setPhoneVolume(const Output &output, int db);
 
     Input m_mic1;

@@ -1,8 +1,6 @@
 #include "mainwindow.h"
 
-#include "rm.h"
-#include "rx1.h"
-#include "rx2.h"
+#include "models.h"
 #include "settings.h"
 #include "vesmoraiocontrol.h"
 
@@ -14,9 +12,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <algorithm>
-#include <iterator>
-
 using namespace std::chrono_literals;
 
 namespace {
@@ -27,32 +22,11 @@ constexpr quint32 pollFailuresUntilLost = 3;
 
 constexpr char notConnected[] = QT_TRANSLATE_NOOP("MainWindow", "声卡未连接！");
 
-struct Model {
-    quint32 pid;
-    QWidget *(*createPanel)();
-    const char *layoutLog;
-    const char *title;
-};
-
-template <typename Panel> QWidget *create()
+/// The window's title: the firmware version's bytes take the places of %1 to %10.
+QString titlePattern(const DeviceModel &model)
 {
-    return new Panel;
-}
-
-constexpr Model models[] = {
-    {VESMORA_PID_RX1, create<rx1>, "Adding rx1 widget to layout.",
-     "Vesmora RX1 - FW: %1%2%3%4%5%6%7%8%9%10"},
-    {VESMORA_PID_RX2, create<rx2>, "Adding rx2 widget to layout.",
-     "Vesmora RX2 - FW: %1%2%3%4%5%6%7%8%9%10"},
-    {VESMORA_PID_RM, create<rm>, "Adding rm widget to layout.",
-     "Vesmora RM - FW: %1%2%3%4%5%6%7%8%9%10"},
-};
-
-const Model *findModel(quint32 pid)
-{
-    const auto *model = std::find_if(std::begin(models), std::end(models),
-                                     [pid](const Model &model) { return model.pid == pid; });
-    return model == std::end(models) ? nullptr : model;
+    return QLatin1String("Vesmora ") + QLatin1String(model.name)
+        + QLatin1String(" - FW: %1%2%3%4%5%6%7%8%9%10");
 }
 
 /// The connection of one look for a device.
@@ -112,7 +86,7 @@ void MainWindow::detectDevice()
 bool MainWindow::showDevice(VesmoraIoControl &probe)
 {
     clearLayout();
-    const Model *model = findModel(devicePid);
+    const DeviceModel *model = findModel(devicePid);
     if (!model) {
         qDebug() << "Unknown device PID:" << devicePid;
         showStatus(QStringLiteral("未知设备，请检查连接！"));
@@ -128,10 +102,10 @@ bool MainWindow::showDevice(VesmoraIoControl &probe)
     QWidget *panel = model->createPanel();
     panel->setParent(this);
     baseLayout->addWidget(panel);
-    qDebug() << model->layoutLog;
+    qDebug("Adding %s widget to layout.", panel->metaObject()->className());
     update();
 
-    if (!readTitle(probe, model->title)) {
+    if (!readTitle(probe, *model)) {
         qDebug() << "Failed to get firmware version.";
         showStatus(QStringLiteral("获取固件版本失败，请检查连接！"));
         return false;
@@ -142,13 +116,13 @@ bool MainWindow::showDevice(VesmoraIoControl &probe)
     return true;
 }
 
-/// Fills @p pattern with the firmware version, a character a byte, and makes it the window's title.
-bool MainWindow::readTitle(VesmoraIoControl &probe, const char *pattern)
+/// Makes the window's title of the model and its firmware version, a character a byte.
+bool MainWindow::readTitle(VesmoraIoControl &probe, const DeviceModel &model)
 {
     quint8 version[VESMORA_FIRMWARE_VERSION_LENGTH] = {};
     if (!probe.getFirmwareVersion(version, sizeof version))
         return false;
-    QString title = QLatin1String(pattern);
+    QString title = titlePattern(model);
     for (const quint8 byte : version)
         title = title.arg(QLatin1Char(static_cast<char>(byte)));
     setWindowTitle(title);

@@ -8,6 +8,7 @@ class QTimer;
 class QVBoxLayout;
 class Settings;
 class VesmoraIoControl;
+struct DeviceModel;
 
 /// The window that shows the mixer panel of the connected model, or a message while there is none.
 ///
@@ -34,7 +35,7 @@ private:
     void pollDevice();
 
     bool showDevice(VesmoraIoControl &probe);
-    bool readTitle(VesmoraIoControl &probe, const char *pattern);
+    bool readTitle(VesmoraIoControl &probe, const DeviceModel &model);
     void startPolling();
     void loseDevice();
     void clearLayout();

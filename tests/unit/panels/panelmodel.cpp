@@ -1,8 +1,6 @@
 #include "panelmodel.h"
 
-#include "rm.h"
-#include "rx1.h"
-#include "rx2.h"
+#include "models.h"
 
 #include <cmath>
 
@@ -46,15 +44,7 @@ quint32 identifierOf(PanelModel model)
 
 std::unique_ptr<QWidget> createPanel(PanelModel model)
 {
-    switch (model) {
-    case PanelModel::Rx1:
-        return std::make_unique<rx1>();
-    case PanelModel::Rx2:
-        return std::make_unique<rx2>();
-    case PanelModel::Rm:
-        break;
-    }
-    return std::make_unique<rm>();
+    return std::unique_ptr<QWidget>(findModel(identifierOf(model))->createPanel());
 }
 
 QList<double> initialBlock(PanelModel model)

@@ -1,29 +1,11 @@
 #include "shellfixture.h"
 
-#include "rm.h"
-#include "rx1.h"
-#include "rx2.h"
+#include "models.h"
 
 #include <QTest>
 
 #include <iostream>
 #include <vector>
-
-namespace {
-
-std::unique_ptr<QWidget> createPanel(quint32 model)
-{
-    switch (model) {
-    case VESMORA_PID_RX1:
-        return std::make_unique<rx1>();
-    case VESMORA_PID_RX2:
-        return std::make_unique<rx2>();
-    default:
-        return std::make_unique<rm>();
-    }
-}
-
-} // namespace
 
 ShellFixture::ShellFixture()
 {
@@ -69,7 +51,7 @@ QList<ShellFixture::PanelStart> ShellFixture::panelStarts(quint32 model, int cou
     QList<PanelStart> starts;
     std::vector<std::unique_ptr<QWidget>> panels;
     for (int i = 0; i < count; ++i) {
-        panels.push_back(createPanel(model));
+        panels.emplace_back(findModel(model)->createPanel());
         starts.append({takeLog(), takeSent()});
     }
     panels.clear();
