@@ -45,6 +45,7 @@ void installTranslation(QTranslator &translator)
     const QString locale = QLocale::system().name();
     qDebug() << "系统返回的语言代码：" << locale;
 
+    // One so far; a language could have a second choice behind it, before the default.
     const QStringList candidates = {languageOf(locale)};
     for (const QString &language : candidates) {
         const QString path = translationFile(language);

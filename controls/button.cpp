@@ -12,6 +12,7 @@ Button::Button(const QString &text, QWidget *parent)
 {
     setText(text);
     setCursor(Qt::PointingHandCursor);
+    // Of the provisional width, which is meant: it makes the glow of all buttons the same.
     glow->setBlurRadius(width() * 0.01);
     glow->setOffset(0, 0);
     glow->setColor(QColor(glowColor));

@@ -18,8 +18,9 @@ class Button : public QPushButton
     Q_OBJECT
 
 public:
-    /// An unselected button showing @p text. The glow's blur radius is made of the width the
-    /// button has now and stays.
+    /// An unselected button showing @p text. The glow's blur radius is a hundredth of the width
+    /// that the button has now and stays: without a parent that is a window's provisional 640
+    /// pixels, whatever the layout makes of it later.
     explicit Button(const QString &text, QWidget *parent = nullptr);
 
     /// Selects the button or not, refreshes the style and emits pressed() once, also when the

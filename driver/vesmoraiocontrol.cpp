@@ -214,75 +214,60 @@ bool VesmoraIoControl::readMeterData(MeterRecord &record)
     return transact(VESMORA_READ_METER_DATA, nullptr, 0, &record, sizeof record);
 }
 
-void VesmoraIoControl::sendPacket(const CommandPacket &packet)
+/// Sends @p packet and returns true whatever the driver answers, also when no device is open.
+/// @p failureText begins the line about an exception, after which it returns false.
+bool VesmoraIoControl::sendPacket(const CommandPacket &packet, const char *failureText)
 {
-    transact(VESMORA_SEND_PACKET, &packet, sizeof packet, nullptr, 0);
+    return guarded(failureText, [&] {
+        transact(VESMORA_SEND_PACKET, &packet, sizeof packet, nullptr, 0);
+        return true;
+    });
 }
 
 bool VesmoraIoControl::setOutVolume(std::uint8_t channel, std::int16_t value)
 {
-    return guarded("Failed to set out volume: ", [&] {
-        sendPacket(volumePacket(VESMORA_OPCODE_OUT_VOLUME, channel, value));
-        return true;
-    });
+    return sendPacket(volumePacket(VESMORA_OPCODE_OUT_VOLUME, channel, value),
+                      "Failed to set out volume: ");
 }
 
 bool VesmoraIoControl::setMicVolume(std::uint8_t channel, std::int16_t value)
 {
-    return guarded("Failed to set mic volume: ", [&] {
-        sendPacket(volumePacket(VESMORA_OPCODE_MIC_VOLUME, channel, value));
-        return true;
-    });
+    return sendPacket(volumePacket(VESMORA_OPCODE_MIC_VOLUME, channel, value),
+                      "Failed to set mic volume: ");
 }
 
 bool VesmoraIoControl::setMic20dB(std::uint8_t channel, std::uint8_t state)
 {
-    return guarded("Failed to set mic 20dB: ", [&] {
-        sendPacket(switchPacket(VESMORA_OPCODE_MIC_20DB, channel, state));
-        return true;
-    });
+    return sendPacket(switchPacket(VESMORA_OPCODE_MIC_20DB, channel, state),
+                      "Failed to set mic 20dB: ");
 }
 
 bool VesmoraIoControl::setMic48V(std::uint8_t channel, std::uint8_t state)
 {
-    return guarded("Failed to set mic 48V: ", [&] {
-        sendPacket(switchPacket(VESMORA_OPCODE_MIC_48V, channel, state));
-        return true;
-    });
+    return sendPacket(switchPacket(VESMORA_OPCODE_MIC_48V, channel, state),
+                      "Failed to set mic 48V: ");
 }
 
 bool VesmoraIoControl::switchMicInstruction(std::uint8_t channel, std::uint8_t state)
 {
-    return guarded("Failed to switch mic instruction: ", [&] {
-        sendPacket(switchPacket(VESMORA_OPCODE_MIC_INSTRUMENT, channel, state));
-        return true;
-    });
+    return sendPacket(switchPacket(VESMORA_OPCODE_MIC_INSTRUMENT, channel, state),
+                      "Failed to switch mic instruction: ");
 }
 
 bool VesmoraIoControl::setOtgOff()
 {
-    return guarded("Failed to set OTG Off: ", [&] {
-        sendPacket(plainPacket(VESMORA_OPCODE_OTG_OFF));
-        return true;
-    });
+    return sendPacket(plainPacket(VESMORA_OPCODE_OTG_OFF), "Failed to set OTG Off: ");
 }
 
 bool VesmoraIoControl::setOtgOn()
 {
-    return guarded("Failed to set OTG On: ", [&] {
-        sendPacket(plainPacket(VESMORA_OPCODE_OTG_ON));
-        return true;
-    });
+    return sendPacket(plainPacket(VESMORA_OPCODE_OTG_ON), "Failed to set OTG On: ");
 }
 
 bool VesmoraIoControl::upgradeFirmware()
 {
-    return guarded("Failed to upgrade firmware: ", [&] {
-        if (!isOpen())
-            return false;
-        sendPacket(plainPacket(VESMORA_OPCODE_UPGRADE_FIRMWARE));
-        return true;
-    });
+    return isOpen()
+        && sendPacket(plainPacket(VESMORA_OPCODE_UPGRADE_FIRMWARE), "Failed to upgrade firmware: ");
 }
 
 bool VesmoraIoControl::vendorRequest(const std::vector<std::uint8_t> &request,

@@ -85,7 +85,7 @@ private:
     bool command(DWORD code);
     bool writeValue(DWORD code, std::uint32_t value);
     bool readValue(DWORD code, std::uint32_t &out);
-    void sendPacket(const CommandPacket &packet);
+    bool sendPacket(const CommandPacket &packet, const char *failureText);
 
     HANDLE m_device = INVALID_HANDLE_VALUE;
 };

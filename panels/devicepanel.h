@@ -26,10 +26,9 @@ class VesmoraIoControl;
 /// What the mixer panels of all models share: the connection, the mixer block, the settings file,
 /// the level meters and the step from a control to the device and the file.
 ///
-/// A model's class is called like the model, in lower case, and so are the panel in the log and its
-/// settings file: class rx1 fails with "Failed to create device in rx1." and keeps "rx1.ini". Its
-/// constructor connects to the device, lays out the controls and replays their saved state. A panel
-/// whose device fails stays an empty widget.
+/// A model's class has the model's name in lower case; log and settings file take theirs from it:
+/// "Failed to create device in rx1.", "rx1.ini". Its constructor connects to the device, lays out
+/// the controls and replays their saved state. A panel whose device fails stays an empty widget.
 ///
 /// A control's object name is its identity: a knob "Mic" is kept under "Dial/MicValue" (int, dB), a
 /// button "Mic48V" under "Button/Mic48VIsChecked" (bool). Every action goes to the device and then
@@ -92,8 +91,8 @@ protected:
     Button *addButton(QBoxLayout *layout, Button *button, const ButtonAction &action);
 
     /// Sets a control from the settings file as if the user had done it, so that the device and the
-    /// file receive it, too. @p initialDb holds when the file has no such key; buttons are off
-    /// then.
+    /// file receive it, too. @p initialDb holds when the file has no whole number for it; buttons
+    /// are off unless the file says otherwise.
     void restore(Knob *knob, int initialDb);
     void restore(Button *button);
     /// Logs that all controls are restored.
