@@ -1,15 +1,16 @@
 #include "panelfixture.h"
 
 #include "layouttext.h"
+#include "models.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QTimer>
 #include <QWheelEvent>
 
-PanelFixture::PanelFixture(PanelModel model)
-    : m_initialModel(model)
-    , m_model(model)
+PanelFixture::PanelFixture(const QString &model)
+    : m_initialModel(panelModel(model))
+    , m_model(m_initialModel)
 { }
 
 void PanelFixture::init()
@@ -24,19 +25,19 @@ void PanelFixture::cleanup()
     QCOMPARE(openHandles(), 0u);
 }
 
-void PanelFixture::begin(PanelModel model)
+void PanelFixture::begin(const PanelModel &model)
 {
     m_panel.reset();
     m_model = model;
     observe();
-    plug(identifierOf(model));
+    plug(model.identifier);
 }
 
 void PanelFixture::addModelRows()
 {
     QTest::addColumn<PanelModel>("model");
-    for (const PanelModel model : allPanelModels)
-        QTest::newRow(qPrintable(nameOf(model))) << model;
+    for (const PanelModel &model : allPanelModels())
+        QTest::newRow(qPrintable(model.name)) << model;
 }
 
 void PanelFixture::build()
@@ -112,6 +113,25 @@ QList<QByteArray> PanelFixture::takePackets()
             packets << entry.bytes;
     }
     return packets;
+}
+
+void PanelFixture::compare(ExpectedPanel &expected)
+{
+    QCOMPARE(takeSent(), expected.takeRequests());
+    QCOMPARE(takeLog(), expected.takeLog());
+    QCOMPARE(saved(), expected.saved());
+    QCOMPARE(simulator().mixerBlock(), expected.deviceBlock());
+    if (const auto *instrument = m_panel->findChild<Button *>("MicInstr"))
+        QCOMPARE(instrument->text(), expected.instrumentText());
+    QCOMPARE(simulator().state().faults, 0u);
+}
+
+std::unique_ptr<QWidget> createPanel(const PanelModel &model)
+{
+    const DeviceModel *found = findModel(model.identifier);
+    if (!found)
+        qFatal("The product knows no model %s", qPrintable(model.name));
+    return std::unique_ptr<QWidget>(found->createPanel());
 }
 
 QByteArray packet(const char *hexBegin)

@@ -2,9 +2,9 @@
 #define PANELFIXTURE_H
 
 #include "button.h"
+#include "expectedpanel.h"
 #include "knob.h"
 #include "observed.h"
-#include "panelmodel.h"
 
 #include <QObject>
 #include <QTest>
@@ -21,12 +21,12 @@ class PanelFixture : public QObject, protected Observed
     Q_OBJECT
 
 protected:
-    explicit PanelFixture(PanelModel model);
+    explicit PanelFixture(const QString &model);
 
-    PanelModel model() const { return m_model; }
+    const PanelModel &model() const { return m_model; }
 
     /// Begins anew with @p model, as a test function does.
-    void begin(PanelModel model);
+    void begin(const PanelModel &model);
     /// Adds a column "model" and a row for each.
     static void addModelRows();
 
@@ -55,12 +55,15 @@ protected:
     QList<QByteArray> takePackets();
 
     /// The panel's settings file.
-    IniFile settings() const { return iniFile(nameOf(m_model) + ".ini"); }
+    IniFile settings() const { return iniFile(m_model.file()); }
     QString settingsFile() const { return settings().name(); }
     QStringList savedLines() const { return settings().lines(); }
     /// Its values by "section/name".
     QMap<QString, QString> saved() const { return settings().values(); }
     void writeSettings(const QByteArray &text) { QVERIFY(settings().write(text)); }
+
+    /// Compares everything that can be seen from outside since the last look.
+    void compare(ExpectedPanel &expected);
 
 private slots:
     void init();
@@ -71,6 +74,9 @@ private:
     PanelModel m_model;
     std::unique_ptr<QWidget> m_panel;
 };
+
+/// The product's panel of @p model.
+std::unique_ptr<QWidget> createPanel(const PanelModel &model);
 
 /// A whole packet that begins with these bytes and is zero from there on.
 QByteArray packet(const char *hexBegin);

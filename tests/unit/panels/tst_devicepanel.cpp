@@ -5,15 +5,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-namespace {
-
-QString createFailure(PanelModel model)
-{
-    return QString("Failed to create device in %1.").arg(nameOf(model));
-}
-
-} // namespace
-
 /// What all panels share: how they begin without a device and how they end.
 class DevicePanelTest : public PanelFixture
 {
@@ -21,7 +12,7 @@ class DevicePanelTest : public PanelFixture
 
 public:
     DevicePanelTest()
-        : PanelFixture(PanelModel::Rx1)
+        : PanelFixture("rx1")
     { }
 
 private slots:
@@ -78,7 +69,7 @@ void DevicePanelTest::withoutADeviceThePanelStaysEmpty()
     QVERIFY(simulator().unplug());
     QVERIFY(simulator().clearRecord());
     build();
-    QCOMPARE(takeLog(), QStringList(createFailure(model)));
+    QCOMPARE(takeLog(), QStringList(model.createFailure()));
     QCOMPARE(takeEvents(), QStringList());
     verifyEmpty();
 }
@@ -91,7 +82,7 @@ void DevicePanelTest::aRefusedOpenLeavesThePanelEmpty()
     begin(model);
     QVERIFY(simulator().fail("open", 1, ERROR_ACCESS_DENIED));
     build();
-    QCOMPARE(takeLog(), QStringList(createFailure(model)));
+    QCOMPARE(takeLog(), QStringList(model.createFailure()));
     QCOMPARE(takeEvents(), QStringList("open !5"));
     verifyEmpty();
     deletePanel();
@@ -101,11 +92,11 @@ void DevicePanelTest::aRefusedOpenLeavesThePanelEmpty()
 void DevicePanelTest::aDeviceOnAnyBusIsFound()
 {
     QVERIFY(simulator().unplug());
-    QVERIFY(simulator().plug(identifierOf(model()), 15));
+    QVERIFY(simulator().plug(model().identifier, 15));
     QVERIFY(simulator().clearRecord());
     build();
     QCOMPARE(takeEvents().mid(0, 2), QStringList({"open", "setOutVolume 1 100"}));
-    QCOMPARE(panel().findChildren<Knob *>().size(), 3);
+    QCOMPARE(panel().findChildren<Knob *>().size(), model().knobs().size());
 }
 
 void DevicePanelTest::outputVolumesAreNotAnsweredFor()
@@ -114,9 +105,9 @@ void DevicePanelTest::outputVolumesAreNotAnsweredFor()
     begin(model);
     QVERIFY(simulator().fail("setOutVolume", 1, ERROR_GEN_FAILURE, 0));
     build();
-    QStringList expected{"setOutVolume 1 100 !31", "setOutVolume 2 100 !31"};
-    if (model == PanelModel::Rx2)
-        expected += QStringList({"setOutVolume 5 100 !31", "setOutVolume 6 100 !31"});
+    QStringList expected;
+    for (const int channel : model.outputChannels)
+        expected << QString("setOutVolume %1 100 !31").arg(channel);
     QCOMPARE(takeSent().filter("setOutVolume"), expected);
     const QStringList log = takeLog();
     QVERIFY(!log.contains("Failed to set output volume."));
@@ -163,7 +154,7 @@ void DevicePanelTest::deletingWithAnEditorOpenCommitsNothing()
     QFETCH(PanelModel, model);
     begin(model);
     build();
-    edit(knob(model == PanelModel::Rx2 ? "Mic2" : "Mic"), "12");
+    edit(knob(model.knobs().first().name), "12");
     takeSent();
     const QStringList before = savedLines();
     deletePanel();
@@ -205,7 +196,7 @@ void DevicePanelTest::aPanelBuiltAgainTakesOverTheState()
     const QStringList lines = savedLines();
     deletePanel();
     QVERIFY(simulator().unplug());
-    QVERIFY(simulator().plug(identifierOf(model)));
+    QVERIFY(simulator().plug(model.identifier));
 
     build();
     QCOMPARE(simulator().mixerBlock(), block);

@@ -157,7 +157,7 @@ class PanelLookTest : public PanelFixture
 
 public:
     PanelLookTest()
-        : PanelFixture(PanelModel::Rx1)
+        : PanelFixture("rx1")
     { }
 
 private slots:
@@ -212,9 +212,9 @@ void PanelLookTest::columnsHoldTheseWidgetsInOrder_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("layout");
-    QTest::newRow("rx1") << PanelModel::Rx1 << rx1Layout();
-    QTest::newRow("rx2") << PanelModel::Rx2 << rx2Layout();
-    QTest::newRow("rm") << PanelModel::Rm << rmLayout();
+    QTest::newRow("rx1") << panelModel("rx1") << rx1Layout();
+    QTest::newRow("rx2") << panelModel("rx2") << rx2Layout();
+    QTest::newRow("rm") << panelModel("rm") << rmLayout();
 }
 
 void PanelLookTest::columnsHoldTheseWidgetsInOrder()
@@ -234,14 +234,13 @@ void PanelLookTest::knobsLookLikeThis_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("knobs");
-    QTest::newRow("rx1") << PanelModel::Rx1
-                         << QStringList({gainKnob("Mic", 42), volumeKnob("Headphone"),
-                                         phoneKnob("OtgToHp")});
-    QTest::newRow("rx2") << PanelModel::Rx2
+    QTest::newRow("rx1") << panelModel(
+        "rx1") << QStringList({gainKnob("Mic", 42), volumeKnob("Headphone"), phoneKnob("OtgToHp")});
+    QTest::newRow("rx2") << panelModel("rx2")
                          << QStringList({gainKnob("Mic1", 56), gainKnob("Mic2", 56),
                                          volumeKnob("Speaker"), phoneKnob("OtgToSP"),
                                          volumeKnob("Headphone"), phoneKnob("OtgToHp")});
-    QTest::newRow("rm") << PanelModel::Rm
+    QTest::newRow("rm") << panelModel("rm")
                         << QStringList({gainKnob("Mic", 42), volumeKnob("Headphone")});
 }
 
@@ -258,15 +257,15 @@ void PanelLookTest::buttonsLookLikeThis_data()
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("buttons");
     const QString direct = inputButton("MonitorMic", "DIRECT", "#00FFFF");
-    QTest::newRow("rx1") << PanelModel::Rx1
+    QTest::newRow("rx1") << panelModel("rx1")
                          << QStringList{inputButton("MicInstr", "MIC", "#00ff7f"),
                                         inputButton("Mic20dB", "20dB", "#ff7f00"),
                                         inputButton("Mic48V", "48V", "#ff1111"), direct}
             + outputButtons("Headphone");
-    QTest::newRow("rx2") << PanelModel::Rx2
+    QTest::newRow("rx2") << panelModel("rx2")
                          << rx2InputButtons("Mic1") + rx2InputButtons("Mic2")
             + outputButtons("Speaker") + outputButtons("Headphone");
-    QTest::newRow("rm") << PanelModel::Rm << QStringList{direct} + outputButtons("Headphone");
+    QTest::newRow("rm") << panelModel("rm") << QStringList{direct} + outputButtons("Headphone");
 }
 
 void PanelLookTest::buttonsLookLikeThis()
@@ -305,7 +304,7 @@ void PanelLookTest::buttonsIgnoreNoPress()
 
 void PanelLookTest::phoneRowsAreSpacedByEight()
 {
-    for (const PanelModel model : {PanelModel::Rx1, PanelModel::Rx2}) {
+    for (const PanelModel &model : allPanelModels()) {
         begin(model);
         build();
         const QList<Knob *> knobs = panel().findChildren<Knob *>();
@@ -324,14 +323,14 @@ void PanelLookTest::exactlyTheseTextsAreTranslated_data()
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("asked");
     QTest::addColumn<QStringList>("shown");
-    QTest::newRow("rx1") << PanelModel::Rx1
+    QTest::newRow("rx1") << panelModel("rx1")
                          << QStringList({"rx1: DIRECT", "rx1: Gain", "rx1: HEADPHONE", "rx1: INPUT",
                                          "rx1: MIC", "rx1: Phone To HP Volume", "rx1: Volume"})
                          << QStringList({"«INPUT»", "-160 dB", "«Gain»", "«MIC»", "20dB", "48V",
                                          "«DIRECT»", "«HEADPHONE»", "«Volume»", "MUTE", "DIM",
                                          "-160 dB", "«Phone To HP Volume»"});
     QTest::newRow("rx2")
-        << PanelModel::Rx2
+        << panelModel("rx2")
         << QStringList({"rx2: DIRECT", "rx2: Gain", "rx2: HEADPHONE", "rx2: MIC1", "rx2: MIC2",
                         "rx2: Phone To HP Volume", "rx2: Phone To SP Volume", "rx2: SPEAKER",
                         "rx2: Volume"})
@@ -340,7 +339,7 @@ void PanelLookTest::exactlyTheseTextsAreTranslated_data()
                 "«MIC2»",      "-160 dB",  "«Gain»", "20dB", "48V",     "«DIRECT»",
                 "«SPEAKER»",   "«Volume»", "MUTE",   "DIM",  "-160 dB", "«Phone To SP Volume»",
                 "«HEADPHONE»", "«Volume»", "MUTE",   "DIM",  "-160 dB", "«Phone To HP Volume»"});
-    QTest::newRow("rm") << PanelModel::Rm
+    QTest::newRow("rm") << panelModel("rm")
                         << QStringList({"rm: DIRECT", "rm: Gain", "rm: MIC", "rm: Volume"})
                         << QStringList({"«MIC»", "-160 dB", "«Gain»", "«DIRECT»", "HEADPHONE",
                                         "«Volume»", "MUTE", "DIM"});
@@ -375,7 +374,7 @@ void PanelLookTest::panelsHaveNoParent()
     begin(model);
     build();
     QVERIFY(!panel().parent());
-    QCOMPARE(panel().metaObject()->className(), nameOf(model));
+    QCOMPARE(panel().metaObject()->className(), model.name);
 }
 
 QTEST_MAIN(PanelLookTest)

@@ -1,4 +1,4 @@
-#include "expectedpanel.h"
+#include "goldenstart.h"
 #include "panelfixture.h"
 
 #include <QDir>
@@ -6,22 +6,18 @@
 #include <QRandomGenerator>
 #include <QSettings>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
 
-/// The values of a first start of the RX1.
-QMap<QString, QString> defaults()
+/// That with the fewest controls.
+const PanelModel &leastModel()
 {
-    return {{"Button/HeadphoneDimIsChecked", "false"},
-            {"Button/HeadphoneMuteIsChecked", "false"},
-            {"Button/Mic20dBIsChecked", "false"},
-            {"Button/Mic48VIsChecked", "false"},
-            {"Button/MicInstrIsChecked", "false"},
-            {"Button/MonitorMicIsChecked", "false"},
-            {"Dial/HeadphoneValue", "-80"},
-            {"Dial/MicValue", "0"},
-            {"Dial/OtgToHpValue", "0"}};
+    const auto hasLess = [](const PanelModel &a, const PanelModel &b) {
+        return a.controls.size() < b.controls.size();
+    };
+    return *std::min_element(allPanelModels().cbegin(), allPanelModels().cend(), hasLess);
 }
 
 QByteArray noise(int size)
@@ -79,7 +75,7 @@ class PanelStorageTest : public PanelFixture
 
 public:
     PanelStorageTest()
-        : PanelFixture(PanelModel::Rx1)
+        : PanelFixture("rx1")
     { }
 
 private slots:
@@ -112,12 +108,12 @@ private:
         QStringList sent;
         QMap<QString, QString> saved;
     };
-    KnobStart startWith(PanelModel model, const QMap<QString, QByteArray> &texts);
+    KnobStart startWith(const PanelModel &model, const QMap<QString, QByteArray> &texts);
     void compareStarts(const KnobStart &actual, const KnobStart &expected);
 };
 
 /// Builds the panel of @p model with @p texts in its file for the knobs of these names.
-PanelStorageTest::KnobStart PanelStorageTest::startWith(PanelModel model,
+PanelStorageTest::KnobStart PanelStorageTest::startWith(const PanelModel &model,
                                                         const QMap<QString, QByteArray> &texts)
 {
     begin(model);
@@ -147,8 +143,7 @@ void PanelStorageTest::keysAreSavedInTheOrderOfReplay()
     // So that each step logs something before it saves.
     QVERIFY(simulator().fail("sendMixerBlock", 1, ERROR_GEN_FAILURE, 0));
     QStringList expected;
-    const ExpectedPanel rules(model);
-    for (const ExpectedPanel::Control &control : rules.controls())
+    for (const PanelControl &control : model.controls)
         expected << control.key();
     const LogObserver observer([this] { return QStringList(saved().keys()); });
     build();
@@ -178,11 +173,11 @@ void PanelStorageTest::anUnreadableFileYieldsTheDefaults()
     const QStringList sent = takeSent();
     const QStringList log = takeLog();
     const QMap<QString, QString> found = saved();
-    const QMap<QString, QString> expected = defaults();
+    const QMap<QString, QString> expected = goldenFirstStart("rx1").values();
     for (auto it = expected.cbegin(); it != expected.cend(); ++it)
         QCOMPARE(found.value(it.key()), it.value());
 
-    begin(PanelModel::Rx1);
+    begin(model());
     build();
     QCOMPARE(sent, takeSent());
     QCOMPARE(log, takeLog());
@@ -192,7 +187,7 @@ void PanelStorageTest::aPartOfTheKeysIsEnough()
 {
     writeSettings("[Dial]\nHeadphoneValue=-12\n");
     build();
-    QMap<QString, QString> expected = defaults();
+    QMap<QString, QString> expected = goldenFirstStart("rx1").values();
     expected["Dial/HeadphoneValue"] = "-12";
     QCOMPARE(saved(), expected);
 }
@@ -224,11 +219,11 @@ void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime_data()
         {"an unknown object", R"(@Variant(\0\0\0\x7f))"}};
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QByteArray>("text");
-    for (const PanelModel model : allPanelModels) {
+    for (const PanelModel &model : allPanelModels()) {
         for (auto it = texts.cbegin(); it != texts.cend(); ++it) {
             // Each start writes the file once a control: the shortest panel has all the rows.
-            if (model == PanelModel::Rm || it.key() == "a word" || it.key() == "a fraction")
-                QTest::addRow("%s, %s", qPrintable(nameOf(model)), qPrintable(it.key()))
+            if (model.name == leastModel().name || it.key() == "a word" || it.key() == "a fraction")
+                QTest::addRow("%s, %s", qPrintable(model.name), qPrintable(it.key()))
                     << model << it.value();
         }
     }
@@ -268,10 +263,10 @@ void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound_data()
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("isAbove");
-    for (const PanelModel model : allPanelModels) {
+    for (const PanelModel &model : allPanelModels()) {
         for (const QByteArray &text : above + below) {
-            if (model == PanelModel::Rm || text == above.last() || text == below.last())
-                QTest::addRow("%s, %s", qPrintable(nameOf(model)), text.constData())
+            if (model.name == leastModel().name || text == above.last() || text == below.last())
+                QTest::addRow("%s, %s", qPrintable(model.name), text.constData())
                     << model << text << above.contains(text);
         }
     }
@@ -312,7 +307,7 @@ void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign_data()
 void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign()
 {
     QFETCH(QByteArray, text);
-    const KnobStart start = startWith(PanelModel::Rx1, {{"Mic", text}});
+    const KnobStart start = startWith(panelModel("rx1"), {{"Mic", text}});
     QCOMPARE(start.values.value("Mic"), 12);
     QCOMPARE(start.sent.filter("setMicVolume"), QStringList("setMicVolume 1 24"));
     QCOMPARE(start.saved.value("Dial/MicValue"), "12");
@@ -399,7 +394,7 @@ void PanelStorageTest::aFolderInPlaceOfTheFileCostsOnlyTheSaving()
     const QStringList sent = takeSent();
     const QStringList log = takeLog();
 
-    begin(PanelModel::Rx1);
+    begin(model());
     QVERIFY(QDir().mkpath(settingsFile()));
     build();
     QCOMPARE(takeSent(), sent);
@@ -411,10 +406,10 @@ void PanelStorageTest::aFolderInPlaceOfTheFileCostsOnlyTheSaving()
 
 void PanelStorageTest::eachModelHasAFileOfItsOwn()
 {
-    for (const PanelModel model : allPanelModels) {
+    for (const PanelModel &model : allPanelModels()) {
         begin(model);
         build();
-        QCOMPARE(QDir(dataFolder()).entryList(QDir::Files), QStringList(nameOf(model) + ".ini"));
+        QCOMPARE(QDir(dataFolder()).entryList(QDir::Files), QStringList(model.file()));
     }
 }
 

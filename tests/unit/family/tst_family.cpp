@@ -1,0 +1,48 @@
+#include "expectedpanel.h"
+#include "goldenstart.h"
+#include "modelnames.h"
+
+#include <QTest>
+
+/// What is specified of the family, judged by what is written out of it.
+class tst_Family : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyNamedModelIsSpecified();
+    void startsAreGolden_data();
+    void startsAreGolden();
+};
+
+void tst_Family::everyNamedModelIsSpecified()
+{
+    QCOMPARE(allPanelModels().size(), modelNames().size());
+    for (const ModelName &known : modelNames())
+        QCOMPARE(panelModel(known.name).identifier, known.identifier);
+}
+
+void tst_Family::startsAreGolden_data()
+{
+    QTest::addColumn<PanelModel>("model");
+    QTest::addColumn<bool>("isReplay");
+    for (const PanelModel &model : allPanelModels()) {
+        QTest::addRow("%s first", qPrintable(model.name)) << model << false;
+        QTest::addRow("%s with a saved state", qPrintable(model.name)) << model << true;
+    }
+}
+
+void tst_Family::startsAreGolden()
+{
+    QFETCH(PanelModel, model);
+    QFETCH(bool, isReplay);
+    const GoldenStart golden = isReplay ? goldenReplay(model.name) : goldenFirstStart(model.name);
+    ExpectedPanel panel(model, isReplay ? golden.values() : QMap<QString, QString>());
+    panel.construct();
+    QCOMPARE(QStringList("open") + panel.takeRequests(), golden.requests);
+    QCOMPARE(panel.takeLog(), golden.log);
+    QCOMPARE(panel.saved(), golden.values());
+}
+
+QTEST_GUILESS_MAIN(tst_Family)
+#include "tst_family.moc"

@@ -1,0 +1,274 @@
+#include "modelfixture.h"
+
+#include <cmath>
+
+ExpectedPanel ModelFixture::start(const QMap<QString, QString> &stored)
+{
+    QStringList entries;
+    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
+        entries << it.key() + '=' + it.value();
+    if (!entries.isEmpty())
+        writeSettings(iniText(entries));
+    build();
+    ExpectedPanel expected(model(), stored);
+    expected.construct();
+    compare(expected);
+    return expected;
+}
+
+ExpectedPanel ModelFixture::startAudible()
+{
+    QMap<QString, QString> stored;
+    for (const PanelControl &control : model().controls) {
+        if (isVolume(control))
+            stored[control.key()] = "-20";
+    }
+    return start(stored);
+}
+
+void ModelFixture::set(const QString &name, int value, ExpectedPanel &expected)
+{
+    const PanelControl &control = model().control(name);
+    if (control.isKnob())
+        knob(name).setValue(value);
+    else
+        button(name).setSelected(value);
+    expected.act(control, value);
+}
+
+void ModelFixture::press(const QString &name, ExpectedPanel &expected)
+{
+    const bool on = !button(name).isSelected;
+    click(name);
+    QCOMPARE(button(name).isSelected, on);
+    expected.act(model().control(name), on);
+    expected.act(model().control(name), on);
+}
+
+QList<double> ModelFixture::volume(const QString &output)
+{
+    const QList<int> entries = model().control(output).entries;
+    const QList<double> block = simulator().mixerBlock();
+    return {block.at(entries.first()), block.at(entries.last())};
+}
+
+void ModelFixture::compareWith(const GoldenStart &golden)
+{
+    build();
+    QStringList requests;
+    QList<QByteArray> packets;
+    const QList<Record> record = takeRecord();
+    for (const Record &entry : record) {
+        requests << entry.text();
+        if (entry.code == VESMORA_SEND_PACKET)
+            packets << entry.bytes;
+    }
+    QCOMPARE(requests, golden.requests);
+    QCOMPARE(packets, golden.packets);
+    QCOMPARE(takeLog(), golden.log);
+}
+
+void ModelFixture::theFirstStartSendsLogsAndSavesTheDefaultsInOrder()
+{
+    const GoldenStart golden = goldenFirstStart(model().name);
+    compareWith(golden);
+    QCOMPARE(settings().text(), iniText(golden.saved));
+}
+
+void ModelFixture::theFirstStartLeavesThisBlockOnTheDevice()
+{
+    const ExpectedPanel expected = start();
+    QCOMPARE(simulator().mixerBlock(), expected.deviceBlock());
+}
+
+void ModelFixture::aSavedStateIsSentLoggedAndKept()
+{
+    const GoldenStart golden = goldenReplay(model().name);
+    QVERIFY(settings().write(golden.saved));
+    compareWith(golden);
+    QCOMPARE(settings().entries(), golden.saved);
+}
+
+void ModelFixture::aSavedStateShowsInTheControls()
+{
+    const ExpectedPanel expected = start(goldenReplay(model().name).values());
+    for (const PanelControl &control : model().controls) {
+        const int value =
+            control.isKnob() ? knob(control.name).value : button(control.name).isSelected;
+        QCOMPARE(control.saved(value), expected.saved().value(control.key()));
+    }
+}
+
+void ModelFixture::savedKnobsAreClamped_data()
+{
+    QTest::addColumn<bool>("isAbove");
+    QTest::addColumn<int>("beyond");
+    for (const bool isAbove : {false, true}) {
+        for (const int beyond : {0, 1, 8, 120, 2000000000})
+            QTest::addRow("%d %s", beyond, isAbove ? "above" : "below") << isAbove << beyond;
+    }
+}
+
+void ModelFixture::savedKnobsAreClamped()
+{
+    QFETCH(bool, isAbove);
+    QFETCH(int, beyond);
+    QMap<QString, QString> stored;
+    QMap<QString, QString> used;
+    const QList<PanelControl> knobs = model().knobs();
+    for (const PanelControl &control : knobs) {
+        const int bound = isAbove ? control.maximum : control.minimum;
+        stored[control.key()] = QString::number(isAbove ? bound + beyond : bound - beyond);
+        used[control.key()] = QString::number(bound);
+    }
+    start(stored);
+    for (const PanelControl &control : knobs) {
+        QCOMPARE(QString::number(knob(control.name).value), used.value(control.key()));
+        QCOMPARE(saved().value(control.key()), used.value(control.key()));
+    }
+}
+
+void ModelFixture::addControlRows(bool (*isMeant)(const PanelControl &))
+{
+    QTest::addColumn<QString>("name");
+    for (const PanelControl &control : model().controls) {
+        if (isMeant(control))
+            QTest::newRow(qPrintable(control.name)) << control.name;
+    }
+}
+
+void ModelFixture::eachControlSendsLogsAndSaves()
+{
+    QFETCH(QString, name);
+    ExpectedPanel expected = startAudible();
+    if (model().control(name).isKnob()) {
+        for (const int db : {7, 1, 0, -20, 56, -80}) {
+            set(name, db, expected);
+            compare(expected);
+        }
+        return;
+    }
+    const QList<double> built = simulator().mixerBlock();
+    for (const bool on : {true, false}) {
+        press(name, expected);
+        compare(expected);
+        QCOMPARE(button(name).isSelected, on);
+    }
+    QCOMPARE(simulator().mixerBlock(), built);
+}
+
+void ModelFixture::eachControlSavesAtOnce()
+{
+    QFETCH(QString, name);
+    const PanelControl &control = model().control(name);
+    ExpectedPanel expected = startAudible();
+    QStringList values;
+    const auto look = [&] { values << saved().value(control.key()); };
+    if (control.isKnob())
+        connect(&knob(name), &Knob::valueChangedSig, &panel(), look);
+    else
+        connect(&button(name), qOverload<bool>(&Button::pressed), &panel(), look);
+    set(name, control.maximum, expected);
+    QCOMPARE(values, QStringList(control.saved(control.maximum)));
+}
+
+void ModelFixture::theWheelSendsEachNotchAlsoAtTheMaximum()
+{
+    QFETCH(QString, name);
+    const PanelControl &control = model().control(name);
+    const int top = control.maximum;
+    ExpectedPanel expected = start({{control.key(), QString::number(top - 2)}});
+    turn(name, 4);
+    turn(name, -1);
+    for (const int value : {top - 1, top, top, top, top - 1})
+        expected.act(control, value);
+    compare(expected);
+    QCOMPARE(saved().value(control.key()), QString::number(top - 1));
+}
+
+void ModelFixture::theVolumeFollowsMuteAndDim_data()
+{
+    struct Level {
+        const char *name;
+        int db;
+        bool muted;
+        bool dimmed;
+        double gain;
+    };
+    const Level levels[] = {{"plain", -20, false, false, 0.1},
+                            {"unity", 0, false, false, 1.0},
+                            {"maximum", 6, false, false, std::pow(10.0, 6.0 / 20)},
+                            {"just audible", -79, false, false, std::pow(10.0, -79.0 / 20)},
+                            {"silent", -80, false, false, 0.0},
+                            {"dimmed", 0, false, true, 0.1},
+                            {"maximum dimmed", 6, false, true, std::pow(10.0, -14.0 / 20)},
+                            {"just audible dimmed", -59, false, true, std::pow(10.0, -79.0 / 20)},
+                            {"dimmed to the floor", -60, false, true, 0.0},
+                            {"dimmed below the floor", -61, false, true, 0.0},
+                            {"silent dimmed", -80, false, true, 0.0},
+                            {"muted", 0, true, false, 0.0},
+                            {"maximum muted", 6, true, false, 0.0},
+                            {"muted and dimmed", 6, true, true, 0.0}};
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("db");
+    QTest::addColumn<bool>("muted");
+    QTest::addColumn<bool>("dimmed");
+    QTest::addColumn<double>("gain");
+    for (const PanelControl &control : model().controls) {
+        if (!isVolume(control))
+            continue;
+        for (const Level &level : levels)
+            QTest::addRow("%s %s", qPrintable(control.name), level.name)
+                << control.name << level.db << level.muted << level.dimmed << level.gain;
+    }
+}
+
+void ModelFixture::theVolumeFollowsMuteAndDim()
+{
+    QFETCH(QString, output);
+    QFETCH(int, db);
+    QFETCH(bool, muted);
+    QFETCH(bool, dimmed);
+    QFETCH(double, gain);
+    ExpectedPanel expected = start();
+    set(output + "Mute", muted, expected);
+    set(output + "Dim", dimmed, expected);
+    set(output, db, expected);
+    compare(expected);
+    QCOMPARE(volume(output), QList<double>(2, gain));
+
+    // The order in which they come makes no difference.
+    begin(model());
+    build();
+    knob(output).setValue(db);
+    button(output + "Dim").setSelected(dimmed);
+    button(output + "Mute").setSelected(muted);
+    QCOMPARE(simulator().mixerBlock(), expected.deviceBlock());
+}
+
+void ModelFixture::unmutingWhileDimmedRestoresTheDimmedLevel()
+{
+    QFETCH(QString, name);
+    ExpectedPanel expected = startAudible();
+    press(name + "Dim", expected);
+    press(name + "Mute", expected);
+    QCOMPARE(volume(name), QList<double>(2, 0.0));
+    press(name + "Mute", expected);
+    QCOMPARE(volume(name), QList<double>(2, 0.01));
+    compare(expected);
+}
+
+void ModelFixture::aMutedVolumeKeepsAndSavesTheKnobsValue()
+{
+    QFETCH(QString, name);
+    ExpectedPanel expected = start();
+    set(name, -5, expected);
+    press(name + "Mute", expected);
+    compare(expected);
+    QCOMPARE(saved().value(model().control(name).key()), "-5");
+    QCOMPARE(knob(name).value, -5);
+    set(name, 3, expected);
+    compare(expected);
+    QCOMPARE(saved().value(model().control(name).key()), "3");
+    QCOMPARE(volume(name), QList<double>(2, 0.0));
+}

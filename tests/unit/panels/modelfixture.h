@@ -1,0 +1,61 @@
+#ifndef MODELFIXTURE_H
+#define MODELFIXTURE_H
+
+#include "goldenstart.h"
+#include "panelfixture.h"
+
+/// What every model's panel does: what reaches the device, the log and the settings file. Starts
+/// are compared with the golden ones, everything else with what is specified of the family.
+class ModelFixture : public PanelFixture
+{
+    Q_OBJECT
+
+protected:
+    using PanelFixture::PanelFixture;
+
+    /// Builds the panel with these values stored, by "Section/Key", and compares what comes of it
+    /// with the result.
+    ExpectedPanel start(const QMap<QString, QString> &stored = {});
+    /// The same with every output at -20 dB.
+    ExpectedPanel startAudible();
+    /// Sets a control by its own operation, with one emission, here and there.
+    void set(const QString &name, int value, ExpectedPanel &expected);
+    /// Clicks a button, which is emitted twice, here and there.
+    void press(const QString &name, ExpectedPanel &expected);
+
+private slots:
+    void theFirstStartSendsLogsAndSavesTheDefaultsInOrder();
+    void theFirstStartLeavesThisBlockOnTheDevice();
+    void aSavedStateIsSentLoggedAndKept();
+    void aSavedStateShowsInTheControls();
+    void savedKnobsAreClamped_data();
+    void savedKnobsAreClamped();
+
+    void eachControlSendsLogsAndSaves_data() { addControlRows(isAny); }
+    void eachControlSendsLogsAndSaves();
+    void eachControlSavesAtOnce_data() { addControlRows(isAny); }
+    void eachControlSavesAtOnce();
+    void theWheelSendsEachNotchAlsoAtTheMaximum_data() { addControlRows(isKnob); }
+    void theWheelSendsEachNotchAlsoAtTheMaximum();
+
+    void theVolumeFollowsMuteAndDim_data();
+    void theVolumeFollowsMuteAndDim();
+    void unmutingWhileDimmedRestoresTheDimmedLevel_data() { addControlRows(isVolume); }
+    void unmutingWhileDimmedRestoresTheDimmedLevel();
+    void aMutedVolumeKeepsAndSavesTheKnobsValue_data() { addControlRows(isVolume); }
+    void aMutedVolumeKeepsAndSavesTheKnobsValue();
+
+private:
+    static bool isAny(const PanelControl &) { return true; }
+    static bool isKnob(const PanelControl &control) { return control.isKnob(); }
+    static bool isVolume(const PanelControl &control)
+    {
+        return control.kind == PanelControl::Kind::Volume;
+    }
+    void addControlRows(bool (*isMeant)(const PanelControl &));
+    void compareWith(const GoldenStart &golden);
+    /// Of both sides, as the device has it.
+    QList<double> volume(const QString &output);
+};
+
+#endif
