@@ -1,9 +1,7 @@
 #include "settings.h"
 
 #include "asioreset.h"
-#include "pipeserver.h"
 #include "threadsettingspip.h"
-#include "vesmoraiocontrol.h"
 
 #include <QComboBox>
 #include <QDebug>
@@ -12,10 +10,50 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QSettings>
+#include <QSignalBlocker>
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
-#include <new>
+#include <algorithm>
+#include <utility>
+
+QList<Settings::Field> Settings::describedFields()
+{
+    return {
+        {QT_TR_NOOP("Buffer Size"),
+         "BufferSize",
+         "Audio/BufferSize",
+         QStringLiteral("192"),
+         {48, 64, 96, 128, 192, 256, 512, 1024},
+         &Settings::onBufferSizeChanged,
+         &AudioEngine::setBufferSize,
+         "音频缓冲区大小设置已保存："},
+        {QT_TR_NOOP("USB Latency Size"),
+         "UsbLatency",
+         "USB/LatencySize",
+         QStringLiteral("8"),
+         {8, 16, 24, 32},
+         &Settings::onUsbLatencyChanged,
+         &AudioEngine::setUsbLatency,
+         "USB延迟大小设置已保存："},
+        {QT_TR_NOOP("Samplerate"),
+         "SampleRate",
+         "Audio/SampleRate",
+         QStringLiteral("44100"),
+         {44100, 48000},
+         &Settings::onSampleRateChanged,
+         &AudioEngine::setSampleRate,
+         "音频采样率设置已保存："},
+        {QT_TR_NOOP("Safe Mode"),
+         "SafeMode",
+         "USB/SlowMode",
+         QStringLiteral("Disabled"),
+         {{QStringLiteral("Disabled"), 0}, {QStringLiteral("Enabled"), 1}},
+         &Settings::onSafeModeChanged,
+         &AudioEngine::setSafeMode,
+         "USB慢速模式设置已保存："},
+    };
+}
 
 Settings::Settings()
     : QDialog(nullptr)
@@ -24,6 +62,7 @@ Settings::Settings()
     setWindowTitle(QStringLiteral("Settings"));
     setStyleSheet(QStringLiteral("QDialog { background-color: #2c313c; color: white; }"));
     openSettings();
+    m_engine = new AudioEngine(this);
 
     m_layout = new QVBoxLayout(this);
     m_layout->setAlignment(Qt::AlignCenter);
@@ -33,29 +72,20 @@ Settings::Settings()
         setWindowIcon(icon);
 
     addHeading();
-    m_bufferSize = addChoice(tr("Buffer Size"), QStringLiteral("BufferSize"),
-                             {"48", "64", "96", "128", "192", "256", "512", "1024"},
-                             &Settings::onBufferSizeChanged);
-    m_usbLatency = addChoice(tr("USB Latency Size"), QStringLiteral("UsbLatency"),
-                             {"8", "16", "24", "32"}, &Settings::onUsbLatencyChanged);
-    m_usbLatency->setCurrentIndex(0);
-    m_sampleRate = addChoice(tr("Samplerate"), QStringLiteral("SampleRate"), {"44100", "48000"},
-                             &Settings::onSampleRateChanged);
-    m_safeMode = addChoice(tr("Safe Mode"), QStringLiteral("SafeMode"), {"Disabled", "Enabled"},
-                           &Settings::onSafeModeChanged);
+    for (Field &field : m_fields)
+        addField(field);
     m_layout->addSpacing(20);
     addOkButton();
     m_layout->addStretch(0);
+    connect(m_engine, &AudioEngine::usbLatencyTooHigh, this,
+            [this](quint32 frames) { choose(UsbLatency, QString::number(frames)); });
     listenToAsio();
 }
 
 Settings::~Settings()
 {
     delete m_settings;
-    delete m_device;
-    if (m_pipeServer)
-        m_pipeServer->close();
-    delete m_pipeServer;
+    delete m_engine;
     qDebug() << "Settings dialog closed and resources cleaned up.";
 }
 
@@ -74,21 +104,20 @@ void Settings::addHeading()
     m_layout->addWidget(heading);
 }
 
-QComboBox *Settings::addChoice(const QString &title, const QString &name, const QStringList &items,
-                               Handler changed)
+void Settings::addField(Field &field)
 {
-    auto *label = new QLabel(title);
+    auto *label = new QLabel(tr(field.title));
     label->setAlignment(Qt::AlignCenter);
     label->setStyleSheet(QStringLiteral("font-size: 14px; color: #008888;"));
     m_layout->addWidget(label);
 
-    auto *choice = new QComboBox;
-    choice->setObjectName(name);
-    choice->addItems(items);
+    field.box = new QComboBox;
+    field.box->setObjectName(QLatin1String(field.name));
+    for (const Item &item : std::as_const(field.items))
+        field.box->addItem(item.text);
     // Connected before any value is loaded: loading one that differs is a change like any other.
-    connect(choice, &QComboBox::currentIndexChanged, this, changed);
-    m_layout->addWidget(choice);
-    return choice;
+    connect(field.box, &QComboBox::currentIndexChanged, this, field.changed);
+    m_layout->addWidget(field.box);
 }
 
 void Settings::addOkButton()
@@ -109,28 +138,31 @@ void Settings::listenToAsio()
 
 bool Settings::createDevice()
 {
-    delete m_device;
-    m_device = new (std::nothrow) VesmoraIoControl;
-    if (!m_device) {
-        qDebug() << "Failed to create VesmoraIoControl instance.";
+    if (!m_engine->openDevice())
         return false;
+    if (!std::exchange(m_wasConnected, true))
+        showFirstItems();
+    return true;
+}
+
+/// Without a change sequence.
+void Settings::showFirstItems()
+{
+    for (const Field &field : std::as_const(m_fields)) {
+        const QSignalBlocker unnoticed(field.box);
+        field.box->setCurrentIndex(0);
     }
-    if (m_device->openDevice())
-        return true;
-    // The first model's text, whatever the model.
-    qDebug() << "Failed to create device in rx1.";
-    return false;
 }
 
 void Settings::loadSettings()
 {
-    const auto load = [this](const QString &key, const QString &fallback, QComboBox *choice) {
-        choice->setCurrentText(m_settings->value(key, fallback).toString());
-    };
-    load(QStringLiteral("USB/LatencySize"), QStringLiteral("8"), m_usbLatency);
-    load(QStringLiteral("Audio/BufferSize"), QStringLiteral("192"), m_bufferSize);
-    load(QStringLiteral("USB/SlowMode"), QStringLiteral("Disabled"), m_safeMode);
-    load(QStringLiteral("Audio/SampleRate"), QStringLiteral("44100"), m_sampleRate);
+    // The latency before the buffer size, which has the last word on it.
+    constexpr FieldId order[] = {UsbLatency, BufferSize, SafeMode, SampleRate};
+    static_assert(std::size(order) == FieldCount);
+    for (const FieldId id : order) {
+        const Field &field = m_fields.at(id);
+        choose(id, m_settings->value(QLatin1String(field.key), field.absent).toString());
+    }
     qDebug() << "已从配置文件加载控件状态";
 }
 
@@ -138,18 +170,15 @@ void Settings::initSettings()
 {
     loadSettings();
     qDebug() << "加载控件状态完成";
-    qDebug() << "当前音频采样率为：" << m_device->getSampleRate();
+    qDebug() << "当前音频采样率为：" << m_engine->sampleRate();
 
-    const QString rate = m_sampleRate->currentText();
-    if (rate == QLatin1String("44100")) {
-        m_currentSampleRate = 44100;
-        startEngine();
-    } else if (rate == QLatin1String("48000")) {
-        // Loading this rate has changed the box, and so brought the engine to it.
-        m_currentSampleRate = 48000;
-    } else {
-        qDebug() << "未知的音频采样率选项：" << rate;
-    }
+    // Loading any rate but the first has changed the box, and so brought the engine to it.
+    const AudioEngine::Choice rate = chosen(SampleRate);
+    const quint32 first = m_fields.at(SampleRate).items.constFirst().value;
+    if (!rate.value)
+        qDebug() << "未知的音频采样率选项：" << rate.text;
+    else if (*rate.value == first)
+        m_engine->start(first);
 }
 
 void Settings::showFromPipe()
@@ -171,8 +200,51 @@ void Settings::notifyAsioReset()
     sendAsioReset();
 }
 
-void Settings::save(const char *key, const QComboBox *choice)
+void Settings::onBufferSizeChanged()
 {
-    m_settings->setValue(QLatin1String(key), choice->currentText());
+    apply(BufferSize);
+}
+
+void Settings::onUsbLatencyChanged()
+{
+    apply(UsbLatency);
+}
+
+void Settings::onSampleRateChanged()
+{
+    apply(SampleRate);
+}
+
+void Settings::onSafeModeChanged()
+{
+    apply(SafeMode);
+}
+
+/// What the box says, and what that means if it is one of the field's items.
+AudioEngine::Choice Settings::chosen(FieldId id) const
+{
+    const Field &field = m_fields.at(id);
+    const QString text = field.box->currentText();
+    const auto item = std::find_if(field.items.begin(), field.items.end(),
+                                   [&](const Item &candidate) { return candidate.text == text; });
+    if (item == field.items.end())
+        return {text, {}};
+    return {text, item->value};
+}
+
+/// A text that is no item leaves the box as it is.
+void Settings::choose(FieldId id, const QString &item)
+{
+    m_fields.at(id).box->setCurrentText(item);
+}
+
+void Settings::apply(FieldId id)
+{
+    const Field &field = m_fields.at(id);
+    const AudioEngine::Choice choice = chosen(id);
+    if (!(m_engine->*field.apply)(choice))
+        return;
+    m_settings->setValue(QLatin1String(field.key), choice.text);
     m_settings->sync();
+    qDebug() << field.saved << choice.text;
 }

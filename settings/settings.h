@@ -1,19 +1,18 @@
 #ifndef SETTINGS_H
 #define SETTINGS_H
 
+#include "audioengine.h"
+
 #include <QDialog>
+#include <QList>
 
-#include <functional>
-
-class PipeServer;
 class QComboBox;
 class QSettings;
 class QVBoxLayout;
-class VesmoraIoControl;
 
 /// The dialog that sets up the driver's audio engine: buffer size, USB latency, sample rate and
-/// safe mode. A choice takes effect at once, through the sequences in enginesequences.cpp, and is
-/// kept in "setting.ini" when the driver accepted all of it. Outcomes go to the debug log alone.
+/// safe mode. A choice takes effect at once, through the sequences of AudioEngine, and is kept in
+/// "setting.ini" when the driver accepted all of it. Outcomes go to the debug log alone.
 class Settings : public QDialog
 {
     Q_OBJECT
@@ -24,7 +23,8 @@ public:
     ~Settings() override;
 
     /// Opens the dialog's own connection to the driver, in place of an earlier one. Until there is
-    /// one, choices in the dialog reach no driver and are not kept.
+    /// one, choices in the dialog reach no driver and are not kept; the first one finds the boxes
+    /// on their first items again, whatever was chosen, as the engine knows nothing of it.
     bool createDevice();
     /// Loads the saved choices and brings the engine to them. Needs a device: see createDevice().
     void initSettings();
@@ -35,8 +35,7 @@ public:
     /// Hides the dialog and tells the ASIO driver to pick up the choices.
     void notifyAsioReset();
 
-    // The change sequences. Each takes the current text of its combo box to the driver and stops at
-    // the first command that fails.
+    // Each takes the current text of its combo box to the engine and keeps what that accepts.
     void onBufferSizeChanged();
     void onUsbLatencyChanged();
     void onSampleRateChanged();
@@ -46,30 +45,53 @@ public:
     bool pendingInit = true;
 
 private:
-    using Handler = void (Settings::*)();
+    /// An item of a combo box. A number is its own text.
+    struct Item {
+        Item(quint32 number)
+            : text(QString::number(number))
+            , value(number)
+        { }
+        Item(const QString &name, quint32 number)
+            : text(name)
+            , value(number)
+        { }
 
+        QString text;
+        quint32 value; ///< what the engine understands
+    };
+
+    /// All that is to be known of a choice.
+    struct Field {
+        const char *title; ///< above the box; translated
+        const char *name;  ///< the box's object name
+        const char *key;   ///< in the file
+        QString absent;    ///< the item that counts when the file lacks the key
+        QList<Item> items; ///< in the box's order
+        void (Settings::*changed)();
+        bool (AudioEngine::*apply)(const AudioEngine::Choice &choice);
+        const char *saved; ///< what the log says, with the item, when it was kept
+        QComboBox *box = nullptr;
+    };
+    /// From top to bottom.
+    enum FieldId { BufferSize, UsbLatency, SampleRate, SafeMode, FieldCount };
+
+    static QList<Field> describedFields();
     void openSettings();
     void addHeading();
-    QComboBox *addChoice(const QString &title, const QString &name, const QStringList &items,
-                         Handler changed);
+    void addField(Field &field);
     void addOkButton();
     void listenToAsio();
 
-    void save(const char *key, const QComboBox *choice);
-    bool capUsbLatency(quint32 bufferSize);
-    void startEngine();
-    void cycleOtg(const std::function<void()> &completed);
-    void after(int milliseconds, const std::function<void()> &step);
+    AudioEngine::Choice chosen(FieldId id) const;
+    void apply(FieldId id);
+    void choose(FieldId id, const QString &item);
+    void showFirstItems();
 
     QVBoxLayout *m_layout = nullptr;
-    QComboBox *m_usbLatency = nullptr;
-    QComboBox *m_bufferSize = nullptr;
-    QComboBox *m_sampleRate = nullptr;
-    QComboBox *m_safeMode = nullptr;
+    QList<Field> m_fields = describedFields();
     QSettings *m_settings = nullptr;
-    VesmoraIoControl *m_device = nullptr;
-    PipeServer *m_pipeServer = nullptr;  ///< none of its own so far; the listener has one
-    quint32 m_currentSampleRate = 44100; ///< Hz
+    AudioEngine *m_engine = nullptr;
+    bool m_wasConnected = false;
 };
 
 #endif

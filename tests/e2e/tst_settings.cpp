@@ -96,6 +96,7 @@ private slots:
     void aChoiceThatTheEngineHasAlreadySendsNothingFurther();
     void aRefusedChoiceIsLoggedAndNotSaved();
     void storedChoicesAreBroughtToThePluggedInterface();
+    void aChoiceWithoutAnInterfaceDoesNotHideTheStoredOne();
 
     void okHidesTheDialogAndResetsTheAsioDriver();
     void okWithoutAnAsioDriverHidesTheDialogAndLogsTheError();
@@ -388,6 +389,21 @@ void tst_Settings::storedChoicesAreBroughtToThePluggedInterface()
                           QStringLiteral("getSampleRate"),
                           QStringLiteral("setOtgOff"),
                           QStringLiteral("setOtgOn")}));
+    QCOMPARE(lane().settingsContents(file), iniFile(entries, lane().iniLayout()));
+}
+
+void tst_Settings::aChoiceWithoutAnInterfaceDoesNotHideTheStoredOne()
+{
+    const QStringList entries{"Audio/SampleRate=48000", "Audio/BufferSize=48"};
+    QVERIFY(lane().writeSettings(file, entries));
+    QVERIFY(start());
+    QVERIFY(openDialog());
+    QVERIFY(chooseWithMouse(SampleRate, 1));
+    QVERIFY(simulator().plug("rx1"));
+    QVERIFY(log().waitFor("设置采样频率完成"));
+    QCOMPARE(sentBesides("setWdmChannelCount"),
+             QStringList({"open", "stopAudio", "setSampleRate 48000", "setWdmChannelCount 4",
+                          "initAudio", "getSampleRate", "setOtgOff", "setOtgOn"}));
     QCOMPARE(lane().settingsContents(file), iniFile(entries, lane().iniLayout()));
 }
 

@@ -1,4 +1,4 @@
-#include "settingsfixture.h"
+#include "enginefixture.h"
 
 #include <QSet>
 
@@ -14,13 +14,13 @@ struct Step {
 
 struct Sequence {
     const char *name;
-    QString boxName; ///< empty for the start-up sequence
-    QString text;    ///< what is chosen
+    QString choice; ///< empty for the start-up sequence
+    QString text;   ///< what is chosen
     quint32 driverLatency;
-    QString latencyText; ///< what the latency box shows before
+    QString latencyText; ///< the latency chosen before
     QStringList before;  ///< what the log says before the first command
     QList<Step> steps;
-    QMap<int, QString> saves; ///< by the step after whose success it is saved
+    QMap<int, QString> kept; ///< by the step after whose success it is
 };
 
 const QString otherwise = QStringLiteral("，可能是驱动未正确加载或设备未连接。");
@@ -64,8 +64,8 @@ Sequence bufferSize()
          {"getUsbLatency", {"当前USB延迟大小： 8"}, {"获取USB延迟大小失败" + otherwise}},
          stop(),
          {"setBufferSize 96", {}, {"设置音频缓冲区大小失败" + otherwise}},
-         restart({"音频缓冲区大小设置成功： 96 samples", "音频缓冲区大小设置已保存： \"96\""})},
-        {{4, "Audio/BufferSize=96"}}};
+         restart({"音频缓冲区大小设置成功： 96 samples", "kept BufferSize=96"})},
+        {{4, "BufferSize=96"}}};
 }
 
 /// 64 samples with 32 frames: the latency sequence within may fail without ending the outer one.
@@ -73,7 +73,7 @@ Sequence cappingBufferSize()
 {
     Step innerStop = stop();
     innerStop.afterFailure = 6;
-    Step innerRestart = restart({"USB延迟大小设置已保存： \"8\""});
+    Step innerRestart = restart({"kept UsbLatency=8"});
     innerRestart.afterFailure = 6;
     return {"capping buffer size",
             "BufferSize",
@@ -93,8 +93,8 @@ Sequence cappingBufferSize()
              innerRestart,
              stop(),
              {"setBufferSize 64", {}, {"设置音频缓冲区大小失败" + otherwise}},
-             restart({"音频缓冲区大小设置成功： 64 samples", "音频缓冲区大小设置已保存： \"64\""})},
-            {{5, "USB/LatencySize=8"}, {8, "Audio/BufferSize=64"}}};
+             restart({"音频缓冲区大小设置成功： 64 samples", "kept BufferSize=64"})},
+            {{5, "UsbLatency=8"}, {8, "BufferSize=64"}}};
 }
 
 Sequence usbLatency()
@@ -108,23 +108,21 @@ Sequence usbLatency()
             {{"getUsbLatency", {"当前USB延迟大小： 8"}, {"当前USB延迟大小： 0"}, 1},
              stop(),
              {"setUsbLatency 24", {}, {"设置USB延迟大小失败" + otherwise}},
-             restart({"USB延迟大小设置已保存： \"24\""})},
-            {{3, "USB/LatencySize=24"}}};
+             restart({"kept UsbLatency=24"})},
+            {{3, "UsbLatency=24"}}};
 }
 
 Sequence sampleRate()
 {
     Step first = stop();
     first.onSuccess << "设置音频采样率为： 48000 Hz";
-    QList<Step> steps{
-        first,
-        {"setSampleRate 48000", {}, {"设置音频采样率失败" + otherwise}},
-        {"setWdmChannelCount 4", {}, {"设置WDM通道数量失败" + otherwise}},
-        {"initAudio", {"音频采样率设置已保存： \"48000\""}, {"重新启动音频失败" + otherwise}}};
+    QList<Step> steps{first,
+                      {"setSampleRate 48000", {}, {"设置音频采样率失败" + otherwise}},
+                      {"setWdmChannelCount 4", {}, {"设置WDM通道数量失败" + otherwise}},
+                      {"initAudio", {"kept SampleRate=48000"}, {"重新启动音频失败" + otherwise}}};
     const QList<Step> cycle = otgCycle(4);
     steps << cycle.first() << logging(cycle.last(), "设置采样频率完成");
-    return {"sample rate", "SampleRate", "48000", 8,
-            "8",           {},           steps,   {{3, "Audio/SampleRate=48000"}}};
+    return {"sample rate", "SampleRate", "48000", 8, "8", {}, steps, {{3, "SampleRate=48000"}}};
 }
 
 Sequence safeMode(const QString &text, const QString &command)
@@ -137,22 +135,21 @@ Sequence safeMode(const QString &text, const QString &command)
             {},
             {stop(),
              {command, {}, {"设置USB慢速模式失败" + otherwise}},
-             restart({"USB慢速模式设置已保存： \"" + text + "\""})},
-            {{2, "USB/SlowMode=" + text}}};
+             restart({"kept SafeMode=" + text})},
+            {{2, "SafeMode=" + text}}};
 }
 
 Sequence start()
 {
     Step first = stop();
     first.onSuccess << "停止音频成功，开始加载控件状态";
-    QList<Step> steps{{"getSampleRate", {"当前音频采样率为： 44100"}, {"当前音频采样率为： 0"}, 1},
+    QList<Step> steps{{"getSampleRate", {}, {}, 1},
                       first,
                       {"setSampleRate 44100", {}, {"设置音频采样率失败" + otherwise}},
                       {"setWdmChannelCount 4", {}, {"设置WDM通道数量失败" + otherwise}}};
     steps << otgCycle(4);
     steps << Step{"initAudio", {"设置初始化完成"}, {"初始化音频失败" + otherwise}};
-    return {"start-up", {}, {}, 8, "8", {"已从配置文件加载控件状态", "加载控件状态完成"},
-            steps,      {}};
+    return {"start-up", {}, {}, 8, "8", {}, steps, {}};
 }
 
 QList<Sequence> allSequences()
@@ -161,8 +158,8 @@ QList<Sequence> allSequences()
             cappingBufferSize(),
             usbLatency(),
             sampleRate(),
-            safeMode(u"Enabled"_qs, u"enableUsbSlowMode"_qs),
-            safeMode(u"Disabled"_qs, u"disableUsbSlowMode"_qs),
+            safeMode("Enabled", "enableUsbSlowMode"),
+            safeMode("Disabled", "disableUsbSlowMode"),
             start()};
 }
 
@@ -170,7 +167,7 @@ QList<Sequence> allSequences()
 struct Outcome {
     QStringList sent;
     QStringList log;
-    QStringList saved;
+    QStringList kept;
     bool engineRuns = true;
 };
 
@@ -186,32 +183,23 @@ Outcome outcomeOf(const Sequence &sequence, int failing, DWORD error)
     for (int i = 0; i < sequence.steps.size();) {
         const Step &step = sequence.steps.at(i);
         const bool fails = i == failing;
-        outcome.sent << (fails ? u"%1 !%2"_qs.arg(step.command).arg(error) : step.command);
+        outcome.sent << (fails ? QString("%1 !%2").arg(step.command).arg(error) : step.command);
         outcome.log << (fails ? step.onFailure : step.onSuccess);
-        if (!fails && sequence.saves.contains(i))
-            outcome.saved << sequence.saves.value(i);
+        if (!fails && sequence.kept.contains(i))
+            outcome.kept << sequence.kept.value(i);
         if (!fails && step.command == "stopAudio")
             outcome.engineRuns = false;
         else if (!fails && startsEngine(step.command))
             outcome.engineRuns = true;
         i = fails ? step.afterFailure : i + 1;
     }
+    outcome.kept.sort();
     return outcome;
-}
-
-/// The old entries, with those saved in their place.
-QStringList merged(const QStringList &old, const QStringList &saved)
-{
-    QMap<QString, QString> values;
-    const QStringList all = old + saved;
-    for (const QString &entry : all)
-        values.insert(entry.section(u'=', 0, 0), entry);
-    return values.values();
 }
 
 } // namespace
 
-class TestEngineFaults : public SettingsFixture
+class tst_EngineFaults : public EngineFixture
 {
     Q_OBJECT
 
@@ -229,7 +217,7 @@ private:
     int m_faults = 0;
 };
 
-void TestEngineFaults::eachCommandFailing_data()
+void tst_EngineFaults::eachCommandFailing_data()
 {
     QTest::addColumn<int>("sequenceIndex");
     QTest::addColumn<int>("failing");
@@ -248,7 +236,7 @@ void TestEngineFaults::eachCommandFailing_data()
 }
 
 /// Has the driver fail at that step, which for its command may be a later than the next one.
-int TestEngineFaults::injectFault(const Sequence &sequence, int failing, DWORD error)
+int tst_EngineFaults::injectFault(const Sequence &sequence, int failing, DWORD error)
 {
     if (failing < 0)
         return 0;
@@ -259,32 +247,30 @@ int TestEngineFaults::injectFault(const Sequence &sequence, int failing, DWORD e
     return simulator().fail(command.section(u' ', 0, 0), nth, error) ? 1 : 0;
 }
 
-void TestEngineFaults::prepare(const Sequence &sequence)
+void tst_EngineFaults::prepare(const Sequence &sequence)
 {
-    openConnectedDialog();
+    openConnectedEngine();
     simulator().setUsbLatency(sequence.driverLatency);
-    presetBox("UsbLatency", sequence.latencyText);
+    preset("UsbLatency", sequence.latencyText);
 }
 
-void TestEngineFaults::run(const Sequence &sequence)
+void tst_EngineFaults::run(const Sequence &sequence)
 {
-    if (sequence.boxName.isEmpty())
-        dialog().initSettings();
-    else
-        choose(sequence.boxName.toLatin1().constData(), sequence.text);
+    if (sequence.choice.isEmpty()) {
+        engine().sampleRate();
+        engine().start(44100);
+    } else {
+        choose(sequence.choice, sequence.text);
+    }
     finishOtgCycles();
 }
 
-void TestEngineFaults::eachCommandFailing()
+void tst_EngineFaults::eachCommandFailing()
 {
     QFETCH(int, sequenceIndex);
     QFETCH(int, failing);
     QFETCH(quint32, error);
     const Sequence sequence = allSequences().at(sequenceIndex);
-    // These are the boxes' first items, so that loading them in the start-up sequence is no change.
-    const QStringList old{"Audio/BufferSize=48", "Audio/SampleRate=44100", "USB/LatencySize=8",
-                          "USB/SlowMode=Disabled"};
-    writeSettings(old);
     prepare(sequence);
     const int injected = injectFault(sequence, failing, error);
     QCOMPARE(injected, failing < 0 ? 0 : 1);
@@ -296,28 +282,28 @@ void TestEngineFaults::eachCommandFailing()
     const Outcome outcome = outcomeOf(sequence, failing, error);
     QCOMPARE(takeSent(), outcome.sent);
     QCOMPARE(takeLog(), outcome.log);
-    QCOMPARE(saved(), merged(old, outcome.saved));
+    QCOMPARE(kept(), outcome.kept);
     QCOMPARE(simulator().state().engineRunning, outcome.engineRuns);
     QCOMPARE(simulator().state().faults, 0u);
     // What was chosen stays, come what may; a cap is chosen once the driver's latency is known.
-    if (!sequence.boxName.isEmpty())
+    if (!sequence.choice.isEmpty())
         expectedTexts.replace(
             QStringList{"BufferSize", "UsbLatency", "SampleRate", "SafeMode"}.indexOf(
-                sequence.boxName),
+                sequence.choice),
             sequence.text);
     if (sequence.driverLatency == 32 && (failing < 0 || failing > 1))
-        expectedTexts.replace(1, u"8"_qs);
+        expectedTexts.replace(1, "8");
     QCOMPARE(texts(), expectedTexts);
 }
 
-void TestEngineFaults::unpluggedEverythingFails()
+void tst_EngineFaults::unpluggedEverythingFails()
 {
-    openConnectedDialog();
+    openConnectedEngine();
     QVERIFY(simulator().unplug());
-    choose("BufferSize", u"96"_qs);
-    choose("UsbLatency", u"24"_qs);
-    choose("SampleRate", u"48000"_qs);
-    choose("SafeMode", u"Enabled"_qs);
+    choose("BufferSize", "96");
+    choose("UsbLatency", "24");
+    choose("SampleRate", "48000");
+    choose("SafeMode", "Enabled");
     QCOMPARE(takeSent(),
              (QStringList{"getBufferSize !1167", "getUsbLatency !1167", "stopAudio !1167",
                           "stopAudio !1167", "stopAudio !1167"}));
@@ -326,15 +312,15 @@ void TestEngineFaults::unpluggedEverythingFails()
                           "获取音频缓冲区大小失败" + otherwise, "设置USB延迟大小为： 24 Frame",
                           "当前USB延迟大小： 0", "停止音频失败" + otherwise,
                           "停止音频失败" + otherwise, "停止音频失败" + otherwise}));
-    QCOMPARE(saved(), QStringList());
+    QCOMPARE(kept(), QStringList());
     QCOMPARE(texts(), (QStringList{"96", "24", "48000", "Enabled"}));
     m_faults += 5;
 }
 
-void TestEngineFaults::cleanupTestCase()
+void tst_EngineFaults::cleanupTestCase()
 {
     qInfo("%d faults injected", m_faults);
 }
 
-QTEST_MAIN(TestEngineFaults)
+QTEST_GUILESS_MAIN(tst_EngineFaults)
 #include "tst_enginefaults.moc"

@@ -1,22 +1,22 @@
+#include "enginefixture.h"
 #include "scripteddriver.h"
-#include "settingsfixture.h"
 
 namespace {
 
-const QString offFailed = QStringLiteral("关闭OTG芯片失败，可能是驱动未正确加载或设备未连接。");
-const QString onFailed = QStringLiteral("开启OTG芯片失败，可能是驱动未正确加载或设备未连接。");
+const QString offFailed = "关闭OTG芯片失败，可能是驱动未正确加载或设备未连接。";
+const QString onFailed = "开启OTG芯片失败，可能是驱动未正确加载或设备未连接。";
 
 } // namespace
 
 /// OTG commands that report failure: the product's driver link never does, the sequences are
 /// prepared for it all the same.
-class TestOtgRefusals : public SettingsFixture
+class tst_OtgRefusals : public EngineFixture
 {
     Q_OBJECT
 
 public:
-    TestOtgRefusals()
-        : SettingsFixture(Device::None)
+    tst_OtgRefusals()
+        : EngineFixture(Device::None)
     { }
 
 private slots:
@@ -24,13 +24,13 @@ private slots:
     void refusals();
 };
 
-void TestOtgRefusals::refusals_data()
+void tst_OtgRefusals::refusals_data()
 {
     QTest::addColumn<QStringList>("refused");
     QTest::addColumn<bool>("isStart");
     QTest::addColumn<QStringList>("sent");
     QTest::addColumn<QStringList>("log");
-    const QString initFailed = u"初始化音频失败，可能是驱动未正确加载或设备未连接。"_qs;
+    const QString initFailed = "初始化音频失败，可能是驱动未正确加载或设备未连接。";
 
     QTest::newRow("nothing, after a sample rate")
         << QStringList{} << false << QStringList{"setOtgOff", "setOtgOn"}
@@ -53,33 +53,32 @@ void TestOtgRefusals::refusals_data()
         << QStringList{"setOtgOff", "setOtgOn", "initAudio"} << QStringList{onFailed, initFailed};
 }
 
-void TestOtgRefusals::refusals()
+void tst_OtgRefusals::refusals()
 {
     QFETCH(QStringList, refused);
     QFETCH(bool, isStart);
     QFETCH(QStringList, sent);
     QFETCH(QStringList, log);
-    openDialog();
-    QVERIFY(dialog().createDevice());
+    openEngine();
     scripteddriver::reset();
     for (const QString &command : refused)
         scripteddriver::refuse(command);
 
     if (isStart)
-        dialog().initSettings();
+        engine().start(44100);
     else
-        choose("SampleRate", u"48000"_qs);
-    QCOMPARE(scripteddriver::takeCommands().filter(u"Otg"_qs), QStringList());
+        choose("SampleRate", "48000");
+    QCOMPARE(scripteddriver::takeCommands().filter("Otg"), QStringList());
     // The change is saved before the chip is touched.
-    const QStringList entries = isStart ? QStringList{} : QStringList{"Audio/SampleRate=48000"};
-    QCOMPARE(saved(), entries);
+    const QStringList entries = isStart ? QStringList{} : QStringList{"SampleRate=48000"};
+    QCOMPARE(kept(), entries);
     takeLog();
 
     finishOtgCycles();
     QCOMPARE(scripteddriver::takeCommands(), sent);
     QCOMPARE(takeLog(), log);
-    QCOMPARE(saved(), entries);
+    QCOMPARE(kept(), entries);
 }
 
-QTEST_MAIN(TestOtgRefusals)
+QTEST_GUILESS_MAIN(tst_OtgRefusals)
 #include "tst_otgrefusals.moc"

@@ -135,6 +135,9 @@ private slots:
     void createDeviceWithoutMemoryFails();
     void aConnectionThatGoesAwayEndsAPendingOtgCycle();
     void withoutAConnectionChoicesDoNothing();
+    void choicesBeforeTheFirstConnectionAreForgotten_data();
+    void choicesBeforeTheFirstConnectionAreForgotten();
+    void aLaterConnectionLeavesTheBoxesAlone();
 
     void aRequestThroughThePipeShowsTheDialogOnTop();
     void aRequestRestoresAMinimizedDialog();
@@ -572,6 +575,57 @@ void TestSettings::withoutAConnectionChoicesDoNothing()
     QCOMPARE(takeEvents(), QStringList());
     QCOMPARE(takeLog(), QStringList());
     QCOMPARE(saved(), QStringList());
+}
+
+void TestSettings::choicesBeforeTheFirstConnectionAreForgotten_data()
+{
+    QTest::addColumn<bool>("wasSearched");
+    QTest::newRow("made before any search") << false;
+    QTest::newRow("made after a search in vain") << true;
+}
+
+/// Otherwise the boxes would show what the engine was never told.
+void TestSettings::choicesBeforeTheFirstConnectionAreForgotten()
+{
+    QFETCH(bool, wasSearched);
+    const QStringList entries{"Audio/BufferSize=96", "Audio/SampleRate=48000", "USB/LatencySize=8",
+                              "USB/SlowMode=Disabled"};
+    writeSettings(entries);
+    openDialog();
+    QCOMPARE(wasSearched && dialog().createDevice(), false);
+    choose("BufferSize", "96");
+    choose("UsbLatency", "32");
+    choose("SampleRate", "48000");
+    choose("SafeMode", "Enabled");
+    QCOMPARE(texts(), (QStringList{"96", "32", "48000", "Enabled"}));
+    plug();
+    takeLog();
+    QVERIFY(dialog().createDevice());
+    QCOMPARE(texts(), (QStringList{"48", "8", "44100", "Disabled"}));
+    QCOMPARE(takeEvents(), QStringList{"open"});
+    QCOMPARE(takeLog(), QStringList());
+
+    dialog().initSettings();
+    QCOMPARE(takeSent(),
+             (QStringList{"getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize 96",
+                          "restartAudio", "stopAudio", "setSampleRate 48000",
+                          "setWdmChannelCount 4", "initAudio", "getSampleRate"}));
+    QCOMPARE(texts(), (QStringList{"96", "8", "48000", "Disabled"}));
+    QCOMPARE(saved(), entries);
+}
+
+void TestSettings::aLaterConnectionLeavesTheBoxesAlone()
+{
+    openConnectedDialog();
+    unplug();
+    QVERIFY(!dialog().createDevice());
+    choose("BufferSize", "96");
+    choose("SampleRate", "48000");
+    plug();
+    takeLog();
+    QVERIFY(dialog().createDevice());
+    QCOMPARE(texts(), (QStringList{"96", "8", "48000", "Disabled"}));
+    QCOMPARE(takeLog(), QStringList());
 }
 
 void TestSettings::aRequestThroughThePipeShowsTheDialogOnTop()

@@ -1,23 +1,20 @@
-// The driver command sequences behind the choices of the settings dialog. Each runs on the GUI
-// thread, stops at the first command that fails, and undoes nothing.
-
-#include "settings.h"
+#include "audioengine.h"
 
 #include "vesmoraiocontrol.h"
 
-#include <QComboBox>
 #include <QDebug>
 #include <QTimer>
 
 #include <windows.h>
 
-#include <optional>
+#include <new>
 
 namespace {
 
 constexpr DWORD enginePause = 100; // milliseconds, after stopping and before starting the engine
 constexpr int otgPause = 200;      // milliseconds, before each half of the OTG cycle
 constexpr quint32 wdmChannels = 4;
+constexpr quint32 fallbackLatency = 8; // USB frames
 
 // What the log says when a command fails; some commands share a text.
 constexpr char stopFailed[] = "停止音频失败，可能是驱动未正确加载或设备未连接。";
@@ -40,16 +37,6 @@ bool succeeded(bool done, const char *failure)
     return done;
 }
 
-/// The value of one of the listed texts, which are plain numbers, or nothing.
-std::optional<quint32> optionValue(const QString &text, std::initializer_list<quint32> options)
-{
-    for (const quint32 option : options) {
-        if (text == QString::number(option))
-            return option;
-    }
-    return {};
-}
-
 /// The largest USB latency, in frames, that a buffer of so many samples allows.
 quint32 latencyCap(quint32 bufferSize)
 {
@@ -62,37 +49,56 @@ quint32 latencyCap(quint32 bufferSize)
 
 } // namespace
 
-void Settings::onBufferSizeChanged()
+AudioEngine::AudioEngine(QObject *parent)
+    : QObject(parent)
+{ }
+
+AudioEngine::~AudioEngine() = default;
+
+bool AudioEngine::openDevice()
+{
+    m_device.reset();
+    m_device.reset(new (std::nothrow) VesmoraIoControl);
+    if (!m_device) {
+        qDebug() << "Failed to create VesmoraIoControl instance.";
+        return false;
+    }
+    if (m_device->openDevice())
+        return true;
+    // The first model's text, whatever the model.
+    qDebug() << "Failed to create device in rx1.";
+    return false;
+}
+
+bool AudioEngine::setBufferSize(const Choice &samples)
 {
     if (!m_device)
-        return;
-    const QString text = m_bufferSize->currentText();
-    const auto samples = optionValue(text, {48, 64, 96, 128, 192, 256, 512, 1024});
-    if (!samples) {
-        qDebug() << "未知的音频缓冲区大小选项：" << text;
-        return;
+        return false;
+    if (!samples.value) {
+        qDebug() << "未知的音频缓冲区大小选项：" << samples.text;
+        return false;
     }
-    qDebug() << "设置音频缓冲区大小为：" << *samples << "samples";
+    qDebug() << "设置音频缓冲区大小为：" << *samples.value << "samples";
 
     quint32 current = 0;
     const bool known = m_device->getBufferSize(current);
     qDebug() << "当前音频缓冲区大小：" << current;
-    if (!succeeded(known, getBufferSizeFailed) || current == *samples)
-        return;
-    if (!capUsbLatency(*samples))
-        return;
+    if (!succeeded(known, getBufferSizeFailed) || current == *samples.value)
+        return false;
+    if (!capUsbLatency(*samples.value))
+        return false;
 
     if (!succeeded(m_device->stopAudio(), stopFailed)
-        || !succeeded(m_device->setBufferSize(*samples), setBufferSizeFailed)
+        || !succeeded(m_device->setBufferSize(*samples.value), setBufferSizeFailed)
         || !succeeded(m_device->restartAudio(), restartFailed))
-        return;
-    qDebug() << "音频缓冲区大小设置成功：" << *samples << "samples";
-    save("Audio/BufferSize", m_bufferSize);
-    qDebug() << "音频缓冲区大小设置已保存：" << text;
+        return false;
+    qDebug() << "音频缓冲区大小设置成功：" << *samples.value << "samples";
+    return true;
 }
 
-/// Chooses the largest latency that @p bufferSize (samples) allows where the driver's is above it.
-bool Settings::capUsbLatency(quint32 bufferSize)
+/// Has the latency lowered to the largest that @p bufferSize (samples) allows where the driver's is
+/// above it.
+bool AudioEngine::capUsbLatency(quint32 bufferSize)
 {
     const quint32 cap = latencyCap(bufferSize);
     qDebug() << "设置USB延迟大小为：" << cap << "Frame";
@@ -101,93 +107,75 @@ bool Settings::capUsbLatency(quint32 bufferSize)
         return false;
     qDebug() << "当前USB延迟大小：" << current;
     if (current > cap)
-        m_usbLatency->setCurrentText(QString::number(cap));
+        emit usbLatencyTooHigh(cap);
     return true;
 }
 
-void Settings::onUsbLatencyChanged()
+bool AudioEngine::setUsbLatency(const Choice &frames)
 {
     if (!m_device)
-        return;
-    const QString text = m_usbLatency->currentText();
-    const quint32 frames = optionValue(text, {8, 16, 24, 32}).value_or(8);
-    qDebug() << "设置USB延迟大小为：" << frames << "Frame";
+        return false;
+    const quint32 wanted = frames.value.value_or(fallbackLatency);
+    qDebug() << "设置USB延迟大小为：" << wanted << "Frame";
 
     // A failing read counts as a latency of 0, so that the change goes on.
     quint32 current = 0;
     m_device->getUsbLatency(current);
     qDebug() << "当前USB延迟大小：" << current;
-    if (current == frames)
-        return;
+    if (current == wanted)
+        return false;
 
-    if (!succeeded(m_device->stopAudio(), stopFailed)
-        || !succeeded(m_device->setUsbLatency(frames), setUsbLatencyFailed)
-        || !succeeded(m_device->restartAudio(), restartFailed))
-        return;
-    save("USB/LatencySize", m_usbLatency);
-    qDebug() << "USB延迟大小设置已保存：" << text;
+    return succeeded(m_device->stopAudio(), stopFailed)
+        && succeeded(m_device->setUsbLatency(wanted), setUsbLatencyFailed)
+        && succeeded(m_device->restartAudio(), restartFailed);
 }
 
-void Settings::onSampleRateChanged()
+bool AudioEngine::setSampleRate(const Choice &hertz)
 {
-    if (!m_device)
-        return;
-    if (!succeeded(m_device->stopAudio(), stopFailed))
-        return;
+    if (!m_device || !succeeded(m_device->stopAudio(), stopFailed))
+        return false;
     Sleep(enginePause);
 
-    const QString text = m_sampleRate->currentText();
-    const auto rate = optionValue(text, {44100, 48000});
-    if (!rate) {
-        qDebug() << "未知的音频采样率选项：" << text;
-        return;
+    if (!hertz.value) {
+        qDebug() << "未知的音频采样率选项：" << hertz.text;
+        return false;
     }
-    m_currentSampleRate = *rate;
-    qDebug() << "设置音频采样率为：" << *rate << "Hz";
-    if (!succeeded(m_device->setSampleRate(*rate), setSampleRateFailed)
+    qDebug() << "设置音频采样率为：" << *hertz.value << "Hz";
+    if (!succeeded(m_device->setSampleRate(*hertz.value), setSampleRateFailed)
         || !succeeded(m_device->setWdmChannelCount(wdmChannels), setChannelsFailed))
-        return;
+        return false;
     Sleep(enginePause);
     if (!succeeded(m_device->initAudio(), restartFailed))
-        return;
+        return false;
 
-    // Saved without waiting for the cycle: the engine runs at the new rate already.
     cycleOtg([] { qDebug() << "设置采样频率完成"; });
-    save("Audio/SampleRate", m_sampleRate);
-    qDebug() << "音频采样率设置已保存：" << text;
+    return true;
 }
 
-void Settings::onSafeModeChanged()
+bool AudioEngine::setSafeMode(const Choice &mode)
 {
-    if (!m_device)
-        return;
-    if (!succeeded(m_device->stopAudio(), stopFailed))
-        return;
-
-    const QString text = m_safeMode->currentText();
-    bool done = false;
-    if (text == QLatin1String("Enabled")) {
-        done = m_device->enableUsbSlowMode();
-    } else if (text == QLatin1String("Disabled")) {
-        done = m_device->disableUsbSlowMode();
-    } else {
-        qDebug() << "未知的USB慢速模式选项：" << text;
-        return;
+    if (!m_device || !succeeded(m_device->stopAudio(), stopFailed))
+        return false;
+    if (!mode.value) {
+        qDebug() << "未知的USB慢速模式选项：" << mode.text;
+        return false;
     }
-    if (!succeeded(done, setSlowModeFailed) || !succeeded(m_device->restartAudio(), restartFailed))
-        return;
-    save("USB/SlowMode", m_safeMode);
-    qDebug() << "USB慢速模式设置已保存：" << text;
+    const bool done = *mode.value ? m_device->enableUsbSlowMode() : m_device->disableUsbSlowMode();
+    return succeeded(done, setSlowModeFailed) && succeeded(m_device->restartAudio(), restartFailed);
 }
 
-/// Brings the engine up at 44100 Hz, the rate for which loading the choices changes nothing.
-void Settings::startEngine()
+quint32 AudioEngine::sampleRate()
+{
+    return m_device->getSampleRate();
+}
+
+void AudioEngine::start(quint32 sampleRate)
 {
     if (!succeeded(m_device->stopAudio(), stopFailed))
         return;
     qDebug() << "停止音频成功，开始加载控件状态";
     Sleep(enginePause);
-    if (!succeeded(m_device->setSampleRate(m_currentSampleRate), setSampleRateFailed)
+    if (!succeeded(m_device->setSampleRate(sampleRate), setSampleRateFailed)
         || !succeeded(m_device->setWdmChannelCount(wdmChannels), setChannelsFailed))
         return;
     cycleOtg([this] {
@@ -198,7 +186,7 @@ void Settings::startEngine()
 
 /// Switches the OTG chip off and on again, each after a pause, then calls @p completed. A chip that
 /// does not switch off is left alone, and @p completed is not called.
-void Settings::cycleOtg(const std::function<void()> &completed)
+void AudioEngine::cycleOtg(const std::function<void()> &completed)
 {
     after(otgPause, [this, completed] {
         if (!succeeded(m_device->setOtgOff(), otgOffFailed))
@@ -210,10 +198,10 @@ void Settings::cycleOtg(const std::function<void()> &completed)
     });
 }
 
-/// Runs @p step after a pause, unless the connection has been given up by then.
-void Settings::after(int milliseconds, const std::function<void()> &step)
+/// Runs @p step after a pause, unless there is no connection by then.
+void AudioEngine::after(int milliseconds, const std::function<void()> &step)
 {
-    auto *timer = new QTimer(this);
+    auto *timer = new QTimer(parent());
     timer->setSingleShot(true);
     connect(timer, &QTimer::timeout, this, [this, timer, step] {
         timer->stop();
