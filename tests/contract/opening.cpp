@@ -14,12 +14,20 @@ Opening openDevice(VesmoraIoControl &device)
     Win32Spy spy;
     opening.result = device.openDevice();
     opening.calls = spy.stop();
+    opening.handle = opening.calls.constLast().handle;
     opening.lines = output.lines();
     opening.flushes = output.flushes();
     opening.isEnded = output.endsWithALineEnd();
     opening.errorLines = errors.lines();
     opening.log = log.lines();
     return opening;
+}
+
+QList<Win32Call> callsOfACommand(VesmoraIoControl &device)
+{
+    Win32Spy spy;
+    device.stopAudio();
+    return spy.stop();
 }
 
 QList<Win32Call> callsOfDeleting(std::unique_ptr<VesmoraIoControl> device)

@@ -10,7 +10,8 @@
 struct Opening {
     bool result = false;
     QList<Win32Call> calls;
-    QStringList lines; ///< on std::wcout
+    HANDLE handle = INVALID_HANDLE_VALUE; ///< what the last open returned
+    QStringList lines;                    ///< on std::wcout
     int flushes = 0;
     bool isEnded = false; ///< whether the last line was
     QStringList errorLines;
@@ -18,6 +19,9 @@ struct Opening {
 };
 
 Opening openDevice(VesmoraIoControl &device);
+
+/// The calls that a command makes, stopAudio(): none on a closed device.
+QList<Win32Call> callsOfACommand(VesmoraIoControl &device);
 
 /// The calls that are made while the object is deleted.
 QList<Win32Call> callsOfDeleting(std::unique_ptr<VesmoraIoControl> device);

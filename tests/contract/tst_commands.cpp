@@ -1,7 +1,7 @@
 #include "consolecapture.h"
-#include "devicehandle.h"
 #include "drivercommands.h"
 #include "logcapture.h"
+#include "opening.h"
 #include "testsimulator.h"
 #include "vesmoraiocontrol.h"
 #include "win32spy.h"
@@ -69,7 +69,7 @@ QByteArray pattern(qsizetype length)
 
 } // namespace
 
-class CommandsTest : public QObject
+class tst_Commands : public QObject
 {
     Q_OBJECT
 
@@ -122,7 +122,7 @@ private slots:
     void getFirmwareVersionEndsItsComplaintAndFlushes();
 
 private:
-    void open();
+    HANDLE open();
     void addCommandRows();
     QByteArray bytesOfLastRequest();
 
@@ -131,59 +131,61 @@ private:
     int m_faults = 0;
 };
 
-void CommandsTest::init()
+void tst_Commands::init()
 {
     QVERIFY2(m_simulator.reset() && prepareAnswers(m_simulator),
              qPrintable(m_simulator.errorString()));
     m_device = std::make_unique<VesmoraIoControl>();
 }
 
-void CommandsTest::cleanup()
+void tst_Commands::cleanup()
 {
     m_device.reset();
     QTRY_COMPARE(m_simulator.state().openHandles, 0u);
 }
 
-void CommandsTest::cleanupTestCase()
+void tst_Commands::cleanupTestCase()
 {
     qInfo("%d faults injected", m_faults);
 }
 
-/// Plugs an RX1 in, opens it and forgets what the record says of that.
-void CommandsTest::open()
+/// Plugs an RX1 in, opens it and forgets what the record says of that. Returns its handle.
+HANDLE tst_Commands::open()
 {
-    const ConsoleCapture output(std::wcout);
-    if (!m_simulator.plug(VESMORA_PID_RX1) || !m_device->openDevice() || !m_simulator.clearRecord())
+    const bool isPlugged = m_simulator.plug(VESMORA_PID_RX1);
+    const Opening opening = openDevice(*m_device);
+    if (!isPlugged || !opening.result || !m_simulator.clearRecord())
         qFatal("There is no device to talk to: %s", qPrintable(m_simulator.errorString()));
+    return opening.handle;
 }
 
-void CommandsTest::addCommandRows()
+void tst_Commands::addCommandRows()
 {
     QTest::addColumn<int>("index");
     for (int i = 0; i < driverCommands().size(); ++i)
         QTest::newRow(qPrintable(driverCommands()[i].name)) << i;
 }
 
-QByteArray CommandsTest::bytesOfLastRequest()
+QByteArray tst_Commands::bytesOfLastRequest()
 {
     const QList<Record> records = m_simulator.record();
     return records.isEmpty() ? QByteArray() : records.constLast().bytes;
 }
 
-void CommandsTest::makesOneExactRequestAndGivesTheAnswer_data()
+void tst_Commands::makesOneExactRequestAndGivesTheAnswer_data()
 {
     addCommandRows();
 }
 
-void CommandsTest::makesOneExactRequestAndGivesTheAnswer()
+void tst_Commands::makesOneExactRequestAndGivesTheAnswer()
 {
     QFETCH(int, index);
     const DriverCommand &command = driverCommands()[index];
-    open();
+    const HANDLE handle = open();
     const Observation seen = observe(command, *m_device);
     QCOMPARE(seen.answer, command.accepted);
     QCOMPARE(textsOf(seen.calls), QStringList{command.callText()});
-    QCOMPARE(seen.calls[0].handle, handleOf(*m_device));
+    QCOMPARE(seen.calls[0].handle, handle);
     QCOMPARE(seen.calls[0].inputBytes, command.input);
     QVERIFY2(matches(seen.log, logPatterns(command, true)), qPrintable(seen.log.join(u'\n')));
     QCOMPARE(seen.outputLines, QStringList());
@@ -200,7 +202,7 @@ void CommandsTest::makesOneExactRequestAndGivesTheAnswer()
         QCOMPARE(record.bytes, command.input);
 }
 
-void CommandsTest::aFailingDriverIsAskedOnceAndNothingIsUndone_data()
+void tst_Commands::aFailingDriverIsAskedOnceAndNothingIsUndone_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<quint32>("error");
@@ -212,7 +214,7 @@ void CommandsTest::aFailingDriverIsAskedOnceAndNothingIsUndone_data()
 }
 
 /// The second of three calls fails; the first and the third do not notice.
-void CommandsTest::aFailingDriverIsAskedOnceAndNothingIsUndone()
+void tst_Commands::aFailingDriverIsAskedOnceAndNothingIsUndone()
 {
     QFETCH(int, index);
     QFETCH(quint32, error);
@@ -235,12 +237,12 @@ void CommandsTest::aFailingDriverIsAskedOnceAndNothingIsUndone()
                           command.repeated}));
 }
 
-void CommandsTest::withoutAnOpenDeviceNothingIsSent_data()
+void tst_Commands::withoutAnOpenDeviceNothingIsSent_data()
 {
     addCommandRows();
 }
 
-void CommandsTest::withoutAnOpenDeviceNothingIsSent()
+void tst_Commands::withoutAnOpenDeviceNothingIsSent()
 {
     QFETCH(int, index);
     const DriverCommand &command = driverCommands()[index];
@@ -254,17 +256,16 @@ void CommandsTest::withoutAnOpenDeviceNothingIsSent()
     QCOMPARE(m_simulator.requests(true), QStringList());
 }
 
-void CommandsTest::afterUnpluggingEveryCommandFailsWithNotConnected_data()
+void tst_Commands::afterUnpluggingEveryCommandFailsWithNotConnected_data()
 {
     addCommandRows();
 }
 
-void CommandsTest::afterUnpluggingEveryCommandFailsWithNotConnected()
+void tst_Commands::afterUnpluggingEveryCommandFailsWithNotConnected()
 {
     QFETCH(int, index);
     const DriverCommand &command = driverCommands()[index];
-    open();
-    const HANDLE handle = handleOf(*m_device);
+    const HANDLE handle = open();
     QVERIFY(m_simulator.unplug());
     const Observation seen = observe(command, *m_device);
     QCOMPARE(seen.answer, command.refused);
@@ -273,19 +274,19 @@ void CommandsTest::afterUnpluggingEveryCommandFailsWithNotConnected()
     QCOMPARE(seen.calls[0].error, DWORD(ERROR_DEVICE_NOT_CONNECTED));
     QCOMPARE(seen.log, QStringList());
     QCOMPARE(seen.errorLines, command.complaint);
-    QCOMPARE(handleOf(*m_device), handle);
     QCOMPARE(m_simulator.state().openHandles, 1u);
     QCOMPARE(m_simulator.events(),
              (QStringList{QStringLiteral("unplug"), command.request + QStringLiteral(" !1167")}));
+    QCOMPARE(callsOfDeleting(std::move(m_device)).value(0).handle, handle);
 }
 
-void CommandsTest::waitsForALateAnswer_data()
+void tst_Commands::waitsForALateAnswer_data()
 {
     addCommandRows();
 }
 
 /// A command that came back early could not have the answer.
-void CommandsTest::waitsForALateAnswer()
+void tst_Commands::waitsForALateAnswer()
 {
     QFETCH(int, index);
     const DriverCommand &command = driverCommands()[index];
@@ -298,7 +299,7 @@ void CommandsTest::waitsForALateAnswer()
     QCOMPARE(m_simulator.requests(true), QStringList{command.request});
 }
 
-void CommandsTest::setMicVolumeAfterAFailedOpenReturnsTrueAndSendsNothing()
+void tst_Commands::setMicVolumeAfterAFailedOpenReturnsTrueAndSendsNothing()
 {
     const ConsoleCapture output(std::wcout);
     QVERIFY(!m_device->openDevice());
@@ -309,7 +310,7 @@ void CommandsTest::setMicVolumeAfterAFailedOpenReturnsTrueAndSendsNothing()
     QCOMPARE(m_simulator.requests(), QStringList());
 }
 
-void CommandsTest::upgradeFirmwareAfterAFailedOpenReturnsFalseAndSendsNothing()
+void tst_Commands::upgradeFirmwareAfterAFailedOpenReturnsFalseAndSendsNothing()
 {
     const ConsoleCapture output(std::wcout);
     QVERIFY(!m_device->openDevice());
@@ -320,7 +321,7 @@ void CommandsTest::upgradeFirmwareAfterAFailedOpenReturnsFalseAndSendsNothing()
     QCOMPARE(m_simulator.requests(), QStringList());
 }
 
-void CommandsTest::everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode()
+void tst_Commands::everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode()
 {
     open();
     QVERIFY(m_simulator.fail(0xFFDC209C, 1, ERROR_INVALID_FUNCTION, 0));
@@ -336,7 +337,7 @@ void CommandsTest::everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode()
     QCOMPARE(m_simulator.requests(), expected);
 }
 
-void CommandsTest::aPacketTheDeviceDoesNotUnderstandIsSentAsItIs()
+void tst_Commands::aPacketTheDeviceDoesNotUnderstandIsSentAsItIs()
 {
     open();
     QVERIFY(m_device->setMic48V(200, 2));
@@ -346,7 +347,7 @@ void CommandsTest::aPacketTheDeviceDoesNotUnderstandIsSentAsItIs()
     QCOMPARE(records[0].error, quint32(ERROR_INVALID_PARAMETER));
 }
 
-void CommandsTest::getSampleRateOnAFailingDriverReturnsZero()
+void tst_Commands::getSampleRateOnAFailingDriverReturnsZero()
 {
     open();
     QVERIFY(m_simulator.fail(QStringLiteral("getSampleRate"), 1, ERROR_GEN_FAILURE));
@@ -355,7 +356,7 @@ void CommandsTest::getSampleRateOnAFailingDriverReturnsZero()
     ++m_faults;
 }
 
-void CommandsTest::getDevicePidOnAFailingDriverLeavesTheVariable()
+void tst_Commands::getDevicePidOnAFailingDriverLeavesTheVariable()
 {
     open();
     QVERIFY(m_simulator.fail(QStringLiteral("getDevicePid"), 1, ERROR_GEN_FAILURE));
@@ -366,7 +367,7 @@ void CommandsTest::getDevicePidOnAFailingDriverLeavesTheVariable()
     ++m_faults;
 }
 
-void CommandsTest::settersSendLittleEndianNumbers_data()
+void tst_Commands::settersSendLittleEndianNumbers_data()
 {
     QTest::addColumn<quint32>("number");
     QTest::addColumn<QByteArray>("bytes");
@@ -378,7 +379,7 @@ void CommandsTest::settersSendLittleEndianNumbers_data()
     QTest::newRow("largest") << 0xFFFFFFFFu << QByteArray::fromHex("ffffffff");
 }
 
-void CommandsTest::settersSendLittleEndianNumbers()
+void tst_Commands::settersSendLittleEndianNumbers()
 {
     QFETCH(quint32, number);
     QFETCH(QByteArray, bytes);
@@ -399,14 +400,14 @@ void CommandsTest::settersSendLittleEndianNumbers()
     QCOMPARE(state.wdmChannels, number);
 }
 
-void CommandsTest::gettersGiveAnyNumber_data()
+void tst_Commands::gettersGiveAnyNumber_data()
 {
     QTest::addColumn<quint32>("number");
     for (const quint32 number : {0u, 1u, 15u, 44100u, 0x12345678u, 0x80000000u, 0xFFFFFFFFu})
         QTest::addRow("%u", number) << number;
 }
 
-void CommandsTest::gettersGiveAnyNumber()
+void tst_Commands::gettersGiveAnyNumber()
 {
     QFETCH(quint32, number);
     open();
@@ -425,7 +426,7 @@ void CommandsTest::gettersGiveAnyNumber()
     QCOMPARE(value, number);
 }
 
-void CommandsTest::gettersOfferAZeroedBufferOfTheirOwn()
+void tst_Commands::gettersOfferAZeroedBufferOfTheirOwn()
 {
     open();
     const LogCapture log;
@@ -443,7 +444,7 @@ void CommandsTest::gettersOfferAZeroedBufferOfTheirOwn()
     }
 }
 
-void CommandsTest::getBufferSizeLogsTheAddressOfTheVariable()
+void tst_Commands::getBufferSizeLogsTheAddressOfTheVariable()
 {
     open();
     LogCapture log;
@@ -467,7 +468,7 @@ template <auto method, auto... arguments> bool sends(VesmoraIoControl &device)
     return (device.*method)(arguments...);
 }
 
-void CommandsTest::packetsHaveExactlyTheseBytes_data()
+void tst_Commands::packetsHaveExactlyTheseBytes_data()
 {
     using D = VesmoraIoControl;
     constexpr int lowest = -32768;
@@ -498,7 +499,7 @@ void CommandsTest::packetsHaveExactlyTheseBytes_data()
     row("upgrade", sends<&D::upgradeFirmware>, "0160");
 }
 
-void CommandsTest::packetsHaveExactlyTheseBytes()
+void tst_Commands::packetsHaveExactlyTheseBytes()
 {
     QFETCH(PacketCall, call);
     QFETCH(QByteArray, bytes);
@@ -513,7 +514,7 @@ void CommandsTest::packetsHaveExactlyTheseBytes()
     QCOMPARE(records[0].error, 0u);
 }
 
-void CommandsTest::packetsEndInThirtyZeroBytesWhateverTheCommand()
+void tst_Commands::packetsEndInThirtyZeroBytesWhateverTheCommand()
 {
     open();
     for (const DriverCommand &command : driverCommands())
@@ -529,7 +530,7 @@ void CommandsTest::packetsEndInThirtyZeroBytesWhateverTheCommand()
     QCOMPARE(packets, 10);
 }
 
-void CommandsTest::theMixerBlockArrivesWholeAndUncopied()
+void tst_Commands::theMixerBlockArrivesWholeAndUncopied()
 {
     open();
     QList<double> values;
@@ -545,7 +546,7 @@ void CommandsTest::theMixerBlockArrivesWholeAndUncopied()
     QCOMPARE(m_simulator.mixerBlock(), values);
 }
 
-void CommandsTest::theMixerBlockIsSentWholeForASingleChange()
+void tst_Commands::theMixerBlockIsSentWholeForASingleChange()
 {
     open();
     MixerBlock block{};
@@ -561,7 +562,7 @@ void CommandsTest::theMixerBlockIsSentWholeForASingleChange()
     QCOMPARE(records[1].inputLength, 66304u);
 }
 
-void CommandsTest::theMeterRecordIsFilledInPlace()
+void tst_Commands::theMeterRecordIsFilledInPlace()
 {
     open();
     QMap<int, qint32> levels;
@@ -577,7 +578,7 @@ void CommandsTest::theMeterRecordIsFilledInPlace()
     QCOMPARE(QList<qint32>(std::begin(record.levels), std::end(record.levels)), levels.values());
 }
 
-void CommandsTest::vendorRequestMakesTheReplyThirtyTwoBytes_data()
+void tst_Commands::vendorRequestMakesTheReplyThirtyTwoBytes_data()
 {
     QTest::addColumn<int>("length");
     QTest::addColumn<bool>("driverFails");
@@ -587,7 +588,7 @@ void CommandsTest::vendorRequestMakesTheReplyThirtyTwoBytes_data()
     }
 }
 
-void CommandsTest::vendorRequestMakesTheReplyThirtyTwoBytes()
+void tst_Commands::vendorRequestMakesTheReplyThirtyTwoBytes()
 {
     QFETCH(int, length);
     QFETCH(bool, driverFails);
@@ -614,7 +615,7 @@ void CommandsTest::vendorRequestMakesTheReplyThirtyTwoBytes()
         expected.toHex());
 }
 
-void CommandsTest::vendorRequestSendsTheRequestWithItsOwnLength_data()
+void tst_Commands::vendorRequestSendsTheRequestWithItsOwnLength_data()
 {
     QTest::addColumn<QByteArray>("request");
     QTest::addColumn<QString>("line");
@@ -628,7 +629,7 @@ void CommandsTest::vendorRequestSendsTheRequestWithItsOwnLength_data()
     QTest::newRow("the version") << packet("0165") << QStringLiteral("getFirmwareVersion");
 }
 
-void CommandsTest::vendorRequestSendsTheRequestWithItsOwnLength()
+void tst_Commands::vendorRequestSendsTheRequestWithItsOwnLength()
 {
     QFETCH(QByteArray, request);
     QFETCH(QString, line);
@@ -645,7 +646,7 @@ void CommandsTest::vendorRequestSendsTheRequestWithItsOwnLength()
     QCOMPARE(records[0].bytes, request);
 }
 
-void CommandsTest::getFirmwareVersionCopiesUpToItsCapacity_data()
+void tst_Commands::getFirmwareVersionCopiesUpToItsCapacity_data()
 {
     QTest::addColumn<quint32>("capacity");
     QTest::addColumn<int>("copied");
@@ -661,7 +662,7 @@ void CommandsTest::getFirmwareVersionCopiesUpToItsCapacity_data()
     QTest::newRow("largest") << 0xFFFFFFFFu << 10;
 }
 
-void CommandsTest::getFirmwareVersionCopiesUpToItsCapacity()
+void tst_Commands::getFirmwareVersionCopiesUpToItsCapacity()
 {
     QFETCH(quint32, capacity);
     QFETCH(int, copied);
@@ -675,7 +676,7 @@ void CommandsTest::getFirmwareVersionCopiesUpToItsCapacity()
     QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getFirmwareVersion")});
 }
 
-void CommandsTest::getFirmwareVersionTakesAnyByte()
+void tst_Commands::getFirmwareVersionTakesAnyByte()
 {
     const QByteArray firmware = QByteArray::fromHex("00ff01807f0a0d00fe20");
     QVERIFY(m_simulator.setFirmware(firmware));
@@ -685,7 +686,7 @@ void CommandsTest::getFirmwareVersionTakesAnyByte()
     QCOMPARE(version.toHex(), firmware.toHex());
 }
 
-void CommandsTest::getFirmwareVersionEndsItsComplaintAndFlushes()
+void tst_Commands::getFirmwareVersionEndsItsComplaintAndFlushes()
 {
     std::uint8_t version[10];
     const ConsoleCapture errors(std::cerr);
@@ -696,5 +697,5 @@ void CommandsTest::getFirmwareVersionEndsItsComplaintAndFlushes()
     QVERIFY(errors.flushes() > 0);
 }
 
-QTEST_GUILESS_MAIN(CommandsTest)
+QTEST_GUILESS_MAIN(tst_Commands)
 #include "tst_commands.moc"

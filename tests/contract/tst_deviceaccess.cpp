@@ -1,4 +1,4 @@
-#include "devicehandle.h"
+#include "consolecapture.h"
 #include "openaccess.h"
 #include "opening.h"
 #include "testsimulator.h"
@@ -7,9 +7,10 @@
 
 #include <QTest>
 
+#include <iostream>
 #include <memory>
 
-class DeviceAccessTest : public QObject
+class tst_DeviceAccess : public QObject
 {
     Q_OBJECT
 
@@ -36,42 +37,47 @@ private slots:
     void aClosedHandleIsInvalidToTheSystem();
 
 private:
-    std::unique_ptr<VesmoraIoControl> openedDevice();
+    struct OpenedDevice {
+        std::unique_ptr<VesmoraIoControl> device;
+        HANDLE handle;
+    };
+    static OpenedDevice openedDevice();
 
     TestSimulator m_simulator;
 };
 
-void DeviceAccessTest::init()
+void tst_DeviceAccess::init()
 {
     QVERIFY2(m_simulator.reset(), qPrintable(m_simulator.errorString()));
 }
 
-void DeviceAccessTest::cleanup()
+void tst_DeviceAccess::cleanup()
 {
     // A close that is still under way would turn up in the next test's record.
     QTRY_COMPARE(m_simulator.state().openHandles, 0u);
 }
 
-std::unique_ptr<VesmoraIoControl> DeviceAccessTest::openedDevice()
+tst_DeviceAccess::OpenedDevice tst_DeviceAccess::openedDevice()
 {
     auto device = std::make_unique<VesmoraIoControl>();
-    if (!openDevice(*device).result)
+    const Opening opening = openDevice(*device);
+    if (!opening.result)
         qFatal("The device does not open");
-    return device;
+    return {std::move(device), opening.handle};
 }
 
-void DeviceAccessTest::aFreshObjectIsClosedAndCallsNothing()
+void tst_DeviceAccess::aFreshObjectIsClosedAndCallsNothing()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
     Win32Spy spy;
     {
-        const VesmoraIoControl device;
-        QCOMPARE(handleOf(device), INVALID_HANDLE_VALUE);
+        VesmoraIoControl device;
+        QVERIFY(!device.stopAudio());
     }
     QCOMPARE(textsOf(spy.stop()), QStringList());
 }
 
-void DeviceAccessTest::withNoDriverSixteenFailuresInOrderAndFalse()
+void tst_DeviceAccess::withNoDriverSixteenFailuresInOrderAndFalse()
 {
     VesmoraIoControl device;
     const Opening opening = openDevice(device);
@@ -80,13 +86,13 @@ void DeviceAccessTest::withNoDriverSixteenFailuresInOrderAndFalse()
     QVERIFY(opening.isEnded);
     QCOMPARE(opening.flushes, 16);
     QCOMPARE(textsOf(opening.calls), openTexts(15));
-    QCOMPARE(handleOf(device), INVALID_HANDLE_VALUE);
+    QCOMPARE(textsOf(callsOfACommand(device)), QStringList());
     QCOMPARE(opening.errorLines, QStringList());
     QCOMPARE(opening.log, QStringList());
     QCOMPARE(m_simulator.events(), QStringList());
 }
 
-void DeviceAccessTest::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
+void tst_DeviceAccess::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX2, 3));
     VesmoraIoControl device;
@@ -103,14 +109,14 @@ void DeviceAccessTest::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
              (QStringList{QStringLiteral("plug 2 3"), QStringLiteral("open")}));
 }
 
-void DeviceAccessTest::theFirstBusThatOpensIsKept_data()
+void tst_DeviceAccess::theFirstBusThatOpensIsKept_data()
 {
     QTest::addColumn<int>("bus");
     for (int bus = 0; bus < 16; ++bus)
         QTest::addRow("bus %d", bus) << bus;
 }
 
-void DeviceAccessTest::theFirstBusThatOpensIsKept()
+void tst_DeviceAccess::theFirstBusThatOpensIsKept()
 {
     QFETCH(int, bus);
     QVERIFY(m_simulator.plug(VESMORA_PID_RM, bus));
@@ -121,8 +127,7 @@ void DeviceAccessTest::theFirstBusThatOpensIsKept()
     QVERIFY(opening.isEnded);
     QCOMPARE(opening.flushes, bus + 1);
     QCOMPARE(textsOf(opening.calls), openTexts(bus));
-    QCOMPARE(handleOf(device), opening.calls.constLast().handle);
-    QVERIFY(handleOf(device) != INVALID_HANDLE_VALUE);
+    QVERIFY(opening.handle != INVALID_HANDLE_VALUE);
     QCOMPARE(opening.errorLines, QStringList());
     QCOMPARE(opening.log, QStringList());
 
@@ -130,27 +135,28 @@ void DeviceAccessTest::theFirstBusThatOpensIsKept()
     QCOMPARE(events.size(), 2);
     QCOMPARE(events[1].text(), QStringLiteral("open"));
     QCOMPARE(events[1].bus, quint32(bus));
+    QCOMPARE(callsOfACommand(device).value(0).handle, opening.handle);
 }
 
-void DeviceAccessTest::aFailureAfterAnEarlierErrorReportsItsOwn()
+void tst_DeviceAccess::aFailureAfterAnEarlierErrorReportsItsOwn()
 {
     SetLastError(1450);
     VesmoraIoControl device;
     QCOMPARE(openDevice(device).lines, failureLines(16));
 }
 
-void DeviceAccessTest::asksForReadingAndWritingAndShared()
+void tst_DeviceAccess::asksForReadingAndWritingAndShared()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    const auto device = openedDevice();
+    const auto [device, handle] = openedDevice();
     const QList<Record> events = m_simulator.record();
     QCOMPARE(events.size(), 2);
-    const OpenAccess access = accessOf(handleOf(*device), events[1]);
+    const OpenAccess access = accessOf(handle, events[1]);
     QCOMPARE(access.granted, access.readAndWrite);
     QCOMPARE(events[1].share, 3u);
 }
 
-void DeviceAccessTest::deletingAnObjectWhoseOpenFailedCallsNoCloseHandle()
+void tst_DeviceAccess::deletingAnObjectWhoseOpenFailedCallsNoCloseHandle()
 {
     auto device = std::make_unique<VesmoraIoControl>();
     QVERIFY(!openDevice(*device).result);
@@ -158,11 +164,10 @@ void DeviceAccessTest::deletingAnObjectWhoseOpenFailedCallsNoCloseHandle()
     QCOMPARE(m_simulator.events(), QStringList());
 }
 
-void DeviceAccessTest::deletingClosesTheHandleOnce()
+void tst_DeviceAccess::deletingClosesTheHandleOnce()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    auto device = openedDevice();
-    const HANDLE handle = handleOf(*device);
+    auto [device, handle] = openedDevice();
     QCOMPARE(m_simulator.state().openHandles, 1u);
     const QList<Win32Call> calls = callsOfDeleting(std::move(device));
     QCOMPARE(textsOf(calls), QStringList{Win32Spy::closeText()});
@@ -173,30 +178,32 @@ void DeviceAccessTest::deletingClosesTheHandleOnce()
         (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("close")}));
 }
 
-void DeviceAccessTest::aNullHandleCountsAsOpen()
+void tst_DeviceAccess::aNullHandleCountsAsOpen()
 {
+    const ConsoleCapture output(std::wcout);
     auto device = std::make_unique<VesmoraIoControl>();
-    setHandle(*device, nullptr);
     Win32Spy spy;
+    spy.answerOpens(nullptr);
+    QVERIFY(device->openDevice());
     QVERIFY(!device->stopAudio());
     QVERIFY(device->upgradeFirmware());
     device.reset();
     const QList<Win32Call> calls = spy.stop();
     QCOMPARE(textsOf(calls),
-             (QStringList{Win32Spy::commandText(0xFFDC2078, 0, 0),
-                          Win32Spy::commandText(0xFFDC209C, 37, 0), Win32Spy::closeText()}));
-    for (const Win32Call &call : calls) {
+             openTexts(0) << Win32Spy::commandText(0xFFDC2078, 0, 0)
+                          << Win32Spy::commandText(0xFFDC209C, 37, 0) << Win32Spy::closeText());
+    for (const Win32Call &call : calls.sliced(1)) {
         QCOMPARE(call.handle, HANDLE(nullptr));
         QCOMPARE(call.error, DWORD(ERROR_INVALID_HANDLE));
     }
 }
 
-void DeviceAccessTest::twoOwnersOpenTheDeviceAtTheSameTime()
+void tst_DeviceAccess::twoOwnersOpenTheDeviceAtTheSameTime()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    const auto first = openedDevice();
-    const auto second = openedDevice();
-    QVERIFY(handleOf(*first) != handleOf(*second));
+    const auto [first, firstHandle] = openedDevice();
+    const auto [second, secondHandle] = openedDevice();
+    QVERIFY(firstHandle != secondHandle);
     QVERIFY(second->setBufferSize(64));
     QVERIFY(first->setUsbLatency(4));
     const QList<Record> events = m_simulator.record();
@@ -210,27 +217,26 @@ void DeviceAccessTest::twoOwnersOpenTheDeviceAtTheSameTime()
     QCOMPARE(m_simulator.state().openHandles, 2u);
 }
 
-void DeviceAccessTest::deletingOneOwnerLeavesTheOtherOpen()
+void tst_DeviceAccess::deletingOneOwnerLeavesTheOtherOpen()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    auto first = openedDevice();
-    const auto second = openedDevice();
+    auto first = openedDevice().device;
+    const auto second = openedDevice().device;
     first.reset();
     QTRY_COMPARE(m_simulator.state().openHandles, 1u);
     QVERIFY(second->stopAudio());
 }
 
-void DeviceAccessTest::unpluggingLeavesTheHandleOpen()
+void tst_DeviceAccess::unpluggingLeavesTheHandleOpen()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    auto device = openedDevice();
-    const HANDLE handle = handleOf(*device);
+    auto [device, handle] = openedDevice();
     QVERIFY(m_simulator.unplug());
     QVERIFY(!device->stopAudio());
-    QCOMPARE(handleOf(*device), handle);
     QCOMPARE(m_simulator.state().openHandles, 1u);
     const QList<Win32Call> calls = callsOfDeleting(std::move(device));
     QCOMPARE(textsOf(calls), QStringList{Win32Spy::closeText()});
+    QCOMPARE(calls[0].handle, handle);
     QCOMPARE(calls[0].error, DWORD(0));
     QTRY_COMPARE(
         m_simulator.events(),
@@ -238,22 +244,21 @@ void DeviceAccessTest::unpluggingLeavesTheHandleOpen()
                      QStringLiteral("stopAudio !1167"), QStringLiteral("close")}));
 }
 
-void DeviceAccessTest::anUnpluggedDeviceCanBeOpenedAgainOnlyByANewObject()
+void tst_DeviceAccess::anUnpluggedDeviceCanBeOpenedAgainOnlyByANewObject()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    const auto old = openedDevice();
+    const auto old = openedDevice().device;
     QVERIFY(m_simulator.unplug());
     QVERIFY(!openDevice(*std::make_unique<VesmoraIoControl>()).result);
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
     QVERIFY(!old->stopAudio());
-    QVERIFY(openedDevice()->stopAudio());
+    QVERIFY(openedDevice().device->stopAudio());
 }
 
-void DeviceAccessTest::aClosedHandleIsInvalidToTheSystem()
+void tst_DeviceAccess::aClosedHandleIsInvalidToTheSystem()
 {
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
-    auto device = openedDevice();
-    const HANDLE handle = handleOf(*device);
+    auto [device, handle] = openedDevice();
     device.reset();
     DWORD returned = 0;
     const BOOL done =
@@ -264,5 +269,5 @@ void DeviceAccessTest::aClosedHandleIsInvalidToTheSystem()
     QCOMPARE(m_simulator.requests(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(DeviceAccessTest)
+QTEST_GUILESS_MAIN(tst_DeviceAccess)
 #include "tst_deviceaccess.moc"

@@ -100,7 +100,9 @@ HANDLE Win32Spy::createFile(CreateFileFunction real, LPCWSTR path, DWORD access,
     Win32Call call;
     call.text = ::openText(QString::fromWCharArray(path), access, share, security, disposition,
                            flags, templateFile);
-    call.handle = real(path, access, share, security, disposition, flags, templateFile);
+    call.handle = s_current && s_current->m_openAnswer
+        ? *s_current->m_openAnswer
+        : real(path, access, share, security, disposition, flags, templateFile);
     note(call, call.handle != INVALID_HANDLE_VALUE);
     return call.handle;
 }

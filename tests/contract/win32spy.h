@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// One call of CreateFileW, DeviceIoControl or CloseHandle.
 struct Win32Call {
     QString text;            ///< the function and its arguments; bytes and handle left out
@@ -20,7 +22,8 @@ struct Win32Call {
 };
 
 /// Writes down the calls that this program makes while it lives, on their way to the system, which
-/// answers them as ever. One at a time. The simulator's client makes such calls too: stop() first.
+/// answers them as ever, unless it is told otherwise. One at a time. The simulator's client makes
+/// such calls too: stop() first.
 class Win32Spy
 {
 public:
@@ -28,6 +31,9 @@ public:
     ~Win32Spy();
     Win32Spy(const Win32Spy &) = delete;
     Win32Spy &operator=(const Win32Spy &) = delete;
+
+    /// Has every CreateFileW return @p handle; the system is not asked.
+    void answerOpens(HANDLE handle) { m_openAnswer = handle; }
 
     /// The calls so far. Later ones are not written down.
     QList<Win32Call> stop();
@@ -57,6 +63,7 @@ private:
 
     static Win32Spy *s_current;
     QList<Win32Call> m_calls;
+    std::optional<HANDLE> m_openAnswer;
 };
 
 /// The texts of calls, in order.
