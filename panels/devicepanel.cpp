@@ -217,7 +217,7 @@ Button *DevicePanel::addButton(QBoxLayout *layout, Button *button, const ButtonA
 /// Has the knob run @p action and then save itself; returns these two steps as one action.
 DevicePanel::KnobAction DevicePanel::bind(Knob *knob, const KnobAction &action)
 {
-    const KnobAction actAndSave = [this, knob, key = keyOf(knob), action](int db) {
+    KnobAction actAndSave = [this, knob, key = keyOf(knob), action](int db) {
         action(db);
         save(key, knob->value);
     };
