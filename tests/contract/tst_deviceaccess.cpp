@@ -94,7 +94,7 @@ void tst_DeviceAccess::withNoDriverSixteenFailuresInOrderAndFalse()
 
 void tst_DeviceAccess::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
 {
-    QVERIFY(m_simulator.plug(VESMORA_PID_RX2, 3));
+    QVERIFY(m_simulator.plug(VESMORA_PID_RM, 3));
     VesmoraIoControl device;
     const Opening opening = openDevice(device);
     QVERIFY(opening.result);
@@ -106,7 +106,7 @@ void tst_DeviceAccess::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
     QCOMPARE(opening.flushes, 4);
     QCOMPARE(textsOf(opening.calls), openTexts(3));
     QCOMPARE(m_simulator.events(),
-             (QStringList{QStringLiteral("plug 2 3"), QStringLiteral("open")}));
+             (QStringList{QStringLiteral("plug 15 3"), QStringLiteral("open")}));
 }
 
 void tst_DeviceAccess::theFirstBusThatOpensIsKept_data()

@@ -1,4 +1,5 @@
 #include "mainwindow.h"
+#include "panelmodel.h"
 #include "shellfixture.h"
 #include "windowview.h"
 
@@ -7,17 +8,7 @@
 
 namespace {
 
-struct Model {
-    quint32 pid;
-    const char *panel;
-    const char *title;
-};
-
-constexpr Model models[] = {
-    {VESMORA_PID_RX1, "rx1", "Vesmora RX1 - FW: 2025093001"},
-    {VESMORA_PID_RX2, "rx2", "Vesmora RX2 - FW: 2025093001"},
-    {VESMORA_PID_RM, "rm", "Vesmora RM - FW: 2025093001"},
-};
+const QString firmware = "2025093001";
 
 /// What goes wrong, in the order in which a search comes upon it.
 enum Fault {
@@ -71,20 +62,20 @@ private slots:
     void cleanupTestCase();
 
 private:
-    Outcome expected(const Model &model, Fault fault, const PanelStart &start) const;
+    Outcome expected(const PanelModel &model, Fault fault, const PanelStart &start) const;
     Outcome withoutDevice(Fault fault) const;
-    Outcome withDevice(const Model &model, Fault fault, const PanelStart &start) const;
+    Outcome withDevice(const PanelModel &model, Fault fault, const PanelStart &start) const;
 
     int m_injected = 0;
 };
 
 void DetectionFaultsTest::eachStepMayFail_data()
 {
-    QTest::addColumn<int>("model");
+    QTest::addColumn<PanelModel>("model");
     QTest::addColumn<int>("fault");
-    for (int model = 0; model < int(std::size(models)); ++model) {
+    for (const PanelModel &model : allPanelModels()) {
         for (int fault = 0; fault < int(std::size(faults)); ++fault) {
-            QTest::addRow("%s: %s number %d", models[model].panel, faults[fault].command,
+            QTest::addRow("%s: %s number %d", qPrintable(model.name), faults[fault].command,
                           faults[fault].nth)
                 << model << fault;
         }
@@ -103,7 +94,7 @@ Outcome DetectionFaultsTest::withoutDevice(Fault fault) const
     return outcome;
 }
 
-Outcome DetectionFaultsTest::expected(const Model &model, Fault fault,
+Outcome DetectionFaultsTest::expected(const PanelModel &model, Fault fault,
                                       const PanelStart &start) const
 {
     if (fault == ProbeOpen || fault == ProbeRead)
@@ -111,7 +102,7 @@ Outcome DetectionFaultsTest::expected(const Model &model, Fault fault,
     if (fault != EngineOpen)
         return withDevice(model, fault, start);
     Outcome outcome;
-    outcome.log = QStringList{QStringLiteral("Device PID: %1").arg(model.pid),
+    outcome.log = QStringList{QStringLiteral("Device PID: %1").arg(model.identifier),
                               "Failed to create device in rx1.",
                               "Failed to connect to driver in settings window."};
     outcome.traffic =
@@ -120,33 +111,33 @@ Outcome DetectionFaultsTest::expected(const Model &model, Fault fault,
     return outcome;
 }
 
-Outcome DetectionFaultsTest::withDevice(const Model &model, Fault fault,
+Outcome DetectionFaultsTest::withDevice(const PanelModel &model, Fault fault,
                                         const PanelStart &start) const
 {
-    const QString panel = QString::fromLatin1(model.panel);
     Outcome outcome;
-    outcome.content = QStringList{panel};
-    outcome.log = QStringList{QStringLiteral("Device PID: %1").arg(model.pid)} + firstEngineLog();
+    outcome.content = QStringList{model.name};
+    outcome.log =
+        QStringList{QStringLiteral("Device PID: %1").arg(model.identifier)} + firstEngineLog();
     outcome.traffic =
         on(1, {"open", "getDevicePid"}) + on(2, {"open"}) + on(2, firstEngineRequests());
     int connection = 3;
     if (fault == PanelOpen) {
-        outcome.log << QStringLiteral("Failed to create device in %1.").arg(panel);
+        outcome.log << model.createFailure();
         outcome.traffic << QStringLiteral("open !31");
     } else {
         outcome.log << start.log;
         outcome.traffic << on(connection, {"open"}) << on(connection, start.requests);
         ++connection;
     }
-    outcome.log << QStringLiteral("Adding %1 widget to layout.").arg(panel);
+    outcome.log << model.layoutLog();
     if (fault == FirmwareRead) {
         outcome.log << QStringLiteral("Failed to get firmware version.");
         outcome.traffic << on(1, {"getFirmwareVersion !31"});
         outcome.content << QStringLiteral("获取固件版本失败，请检查连接！");
         return outcome;
     }
-    outcome.log << QStringLiteral("Device found with PID: %1").arg(model.pid);
-    outcome.title = QString::fromLatin1(model.title);
+    outcome.log << QStringLiteral("Device found with PID: %1").arg(model.identifier);
+    outcome.title = model.title + firmware;
     outcome.detects = false;
     outcome.polls = true;
     const QString failedPoll =
@@ -169,15 +160,15 @@ Outcome DetectionFaultsTest::withDevice(const Model &model, Fault fault,
 
 void DetectionFaultsTest::eachStepMayFail()
 {
-    QFETCH(int, model);
+    QFETCH(PanelModel, model);
     QFETCH(int, fault);
     const FaultRow &row = faults[fault];
     if (qstrcmp(row.command, "open") == 0 && !simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
-    const PanelStart start = panelStarts(models[model].pid).constFirst();
-    const Outcome outcome = expected(models[model], row.fault, start);
+    const PanelStart start = panelStarts(model.identifier).constFirst();
+    const Outcome outcome = expected(model, row.fault, start);
 
-    plug(models[model].pid);
+    plug(model.identifier);
     QVERIFY(simulator().fail(QString::fromLatin1(row.command), row.nth, ERROR_GEN_FAILURE));
     MainWindow window;
     window.settingsWindow = &settings();
@@ -199,22 +190,22 @@ void DetectionFaultsTest::eachStepMayFail()
 
 void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch_data()
 {
-    QTest::addColumn<int>("model");
+    QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QString>("command");
-    for (int model = 0; model < int(std::size(models)); ++model) {
+    for (const PanelModel &model : allPanelModels()) {
         for (const char *command :
              {"getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize", "restartAudio",
               "getSampleRate", "setSampleRate", "setWdmChannelCount", "setOutVolume",
               "sendMixerBlock", "setMicVolume"})
-            QTest::addRow("%s: %s", models[model].panel, command) << model << command;
+            QTest::addRow("%s: %s", qPrintable(model.name), command) << model << command;
     }
 }
 
 void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch()
 {
-    QFETCH(int, model);
+    QFETCH(PanelModel, model);
     QFETCH(QString, command);
-    plug(models[model].pid);
+    plug(model.identifier);
     QVERIFY(simulator().fail(command, 1, ERROR_GEN_FAILURE));
     MainWindow window;
     window.settingsWindow = &settings();
@@ -223,9 +214,9 @@ void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch()
 
     const QStringList lines = takeLog();
     QVERIFY(!lines.isEmpty());
-    QCOMPARE(lines.constLast(), QStringLiteral("Device found with PID: %1").arg(models[model].pid));
-    QCOMPARE(view.content(), QStringList{models[model].panel});
-    QCOMPARE(window.windowTitle(), QString::fromLatin1(models[model].title));
+    QCOMPARE(lines.constLast(), QStringLiteral("Device found with PID: %1").arg(model.identifier));
+    QCOMPARE(view.content(), QStringList{model.name});
+    QCOMPARE(window.windowTitle(), model.title + firmware);
     QVERIFY(!view.detectTimer()->isActive());
     QVERIFY(view.pollTimer()->isActive());
     QCOMPARE(simulator().state().faults, 0u);

@@ -1,4 +1,5 @@
 #include "mainwindow.h"
+#include "panelmodel.h"
 #include "shellfixture.h"
 #include "windowview.h"
 
@@ -20,12 +21,9 @@ void addModels()
     QTest::addColumn<quint32>("model");
     QTest::addColumn<QString>("panel");
     QTest::addColumn<QString>("title");
-    QTest::newRow("RX1") << VESMORA_PID_RX1 << "rx1"
-                         << "Vesmora RX1 - FW: 2025093001";
-    QTest::newRow("RX2") << VESMORA_PID_RX2 << "rx2"
-                         << "Vesmora RX2 - FW: 2025093001";
-    QTest::newRow("RM") << VESMORA_PID_RM << "rm"
-                        << "Vesmora RM - FW: 2025093001";
+    for (const PanelModel &model : allPanelModels())
+        QTest::newRow(qPrintable(model.name))
+            << model.identifier << model.name << model.title + "2025093001";
 }
 
 QString pidLog(quint32 pid)
@@ -242,9 +240,9 @@ void DeviceDetectionTest::anUnknownDeviceMayBecomeAKnownOne()
     plug(3);
     Searching searching(settings());
     searching.view.detect();
-    QVERIFY(simulator().setIdentifier(VESMORA_PID_RX2));
+    QVERIFY(simulator().setIdentifier(VESMORA_PID_RM));
     searching.view.detect();
-    QCOMPARE(searching.view.content(), QStringList{"rx2"});
+    QCOMPARE(searching.view.content(), QStringList{"rm"});
     QVERIFY(!searching.view.detectTimer()->isActive());
 }
 
@@ -383,15 +381,15 @@ void DeviceDetectionTest::theTimersOfAHiddenWindowFindADevice()
 {
     Searching searching(settings());
     QTRY_VERIFY_WITH_TIMEOUT(log().count(pidLog(0)) >= 2, patience);
-    plug(VESMORA_PID_RX2);
-    QTRY_COMPARE_WITH_TIMEOUT(searching.view.content(), QStringList{"rx2"}, patience);
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora RX2 - FW: 2025093001"));
+    plug(VESMORA_PID_RM);
+    QTRY_COMPARE_WITH_TIMEOUT(searching.view.content(), QStringList{"rm"}, patience);
+    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora RM - FW: 2025093001"));
     QVERIFY(!searching.window.isVisible());
     // The engine's start goes on by itself meanwhile, and so do the polls.
     QTRY_VERIFY_WITH_TIMEOUT(log().contains(QStringLiteral("设置初始化完成")), patience);
     QTRY_VERIFY_WITH_TIMEOUT(simulator().requests().count(QStringLiteral("getDevicePid")) > 3,
                              patience);
-    QCOMPARE(searching.view.content(), QStringList{"rx2"});
+    QCOMPARE(searching.view.content(), QStringList{"rm"});
 }
 
 QTEST_MAIN(DeviceDetectionTest)

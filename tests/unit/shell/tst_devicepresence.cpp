@@ -322,8 +322,8 @@ void DevicePresenceTest::aDeviceThatGoesBeforeItsFirmwareIsReadIsLostByThePolls(
 
 void DevicePresenceTest::theTimersNoticeTheLossAndTheReturn()
 {
-    plug(VESMORA_PID_RX2);
-    QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{"rx2"}, patience);
+    plug(VESMORA_PID_RM);
+    QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{"rm"}, patience);
     // A poll that succeeds, so that the count begins at none.
     QTRY_VERIFY_WITH_TIMEOUT(simulator().requests().count(QStringLiteral("getDevicePid")) >= 2,
                              patience);
@@ -333,8 +333,8 @@ void DevicePresenceTest::theTimersNoticeTheLossAndTheReturn()
     for (const QString &line : QStringList{errorLog(1), errorLog(2), errorLog(3)} + lossLog)
         QCOMPARE(lines.count(line), 1);
 
-    QVERIFY(simulator().plug(VESMORA_PID_RX2));
-    QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{"rx2"}, patience);
+    QVERIFY(simulator().plug(VESMORA_PID_RM));
+    QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{"rm"}, patience);
 }
 
 QTEST_MAIN(DevicePresenceTest)

@@ -302,7 +302,7 @@ void TrayIconTest::withoutASettingsDialogAWarningIsShown()
 
 void TrayIconTest::upgradeSendsOnePacketAndClosesTheDevice()
 {
-    plug(VESMORA_PID_RX2);
+    plug(VESMORA_PID_RM);
     const TrayIcon tray;
     const BoxWatcher watcher;
     trigger(tray, Upgrade);

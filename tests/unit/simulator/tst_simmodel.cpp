@@ -94,7 +94,7 @@ void tst_SimModel::nothingIsPluggedInAtFirst()
 void tst_SimModel::opensOnlyTheBusItIsPluggedInto()
 {
     SimModelFixture fixture;
-    QCOMPARE(fixture.plug(VESMORA_PID_RX2, 15), SIM_SUCCESS);
+    QCOMPARE(fixture.plug(VESMORA_PID_RM, 15), SIM_SUCCESS);
     SimHandle handle{};
     QCOMPARE(model_open(fixture.model(), 14, 0, 0, 0, &handle), SIM_NO_SUCH_FILE);
     QCOMPARE(model_open(fixture.model(), 15, 0, 0, 0, &handle), SIM_SUCCESS);
@@ -188,10 +188,10 @@ void tst_SimModel::everyCommandRefusesAShorterOutput()
 void tst_SimModel::aLongerOutputIsFilledOnlyAsFarAsTheReplyGoes()
 {
     SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX2);
+    fixture.plug(VESMORA_PID_RM);
     const SimHandle handle = fixture.open();
     QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 100), SIM_SUCCESS);
-    QCOMPARE(fixture.outputAs<std::uint32_t>(), VESMORA_PID_RX2);
+    QCOMPARE(fixture.outputAs<std::uint32_t>(), VESMORA_PID_RM);
 }
 
 void tst_SimModel::unknownCodesAreRefused()
