@@ -134,21 +134,6 @@ bool hasEnded(const std::future<Outcome> &call, std::chrono::milliseconds patien
     return call.wait_for(patience) == std::future_status::ready;
 }
 
-/// Cancels until the call has ended: it may not have begun to wait when the first request comes.
-template <typename Cancel>
-bool cancelUntilEnded(const std::future<Outcome> &call, const Cancel &cancel)
-{
-    const auto end = std::chrono::steady_clock::now() + deadline;
-    while (!hasEnded(call, 1ms) && std::chrono::steady_clock::now() < end)
-        cancel();
-    return hasEnded(call, 0ms);
-}
-
-bool cancelUntilEnded(const Handle &pipe, const std::future<Outcome> &call)
-{
-    return cancelUntilEnded(call, [&] { CancelIoEx(pipe.get(), nullptr); });
-}
-
 /// Null where there is no such thread.
 Handle openThread(DWORD id, DWORD access = THREAD_TERMINATE)
 {
@@ -177,13 +162,26 @@ public:
     }
 
     const Handle &thread() const { return m_thread; }
-    bool cancelUntilEnded() const
+    bool cancelByThread() const
     {
-        return ::cancelUntilEnded(m_result, [this] { cancelThread(m_thread); });
+        return repeatUntilEnded([this] { cancelThread(m_thread); });
+    }
+    bool cancelByHandle(const Handle &pipe) const
+    {
+        return repeatUntilEnded([&] { CancelIoEx(pipe.get(), nullptr); });
     }
     Outcome result() { return m_result.get(); }
 
 private:
+    /// The call may not have begun to wait when the first cancellation comes.
+    template <typename Cancel> bool repeatUntilEnded(const Cancel &cancel) const
+    {
+        const auto end = std::chrono::steady_clock::now() + deadline;
+        while (!hasEnded(m_result, 1ms) && std::chrono::steady_clock::now() < end)
+            cancel();
+        return hasEnded(m_result, 0ms);
+    }
+
     std::future<Outcome> m_result;
     Handle m_thread;
 };
@@ -231,16 +229,18 @@ private slots:
     void aClientWhoseServerClosedReadsTheRestFirst();
     void closingTheServerWakesAReadingClient();
 
+    void cancellingEndsConnectNamedPipe_data() { addWaysToCancel(); }
     void cancellingEndsConnectNamedPipe();
+    void cancellingEndsReadFile_data() { addWaysToCancel(); }
     void cancellingEndsReadFile();
-    void cancellingAThreadEndsConnectNamedPipe();
-    void cancellingAThreadEndsReadFile();
     void cancellingAThreadLeavesTheOthersAlone();
     void cancellingAThreadThatDoesNotWaitFindsNothing();
     void cancellingAThreadTakesTheRightTo();
     void callsOnAnUnknownHandleFail();
 
 private:
+    static void addWaysToCancel();
+
     QTemporaryDir m_folder;
     std::wstring m_name;
 };
@@ -643,13 +643,21 @@ void TestNamedPipes::closingTheServerWakesAReadingClient()
     QVERIFY(received.get().failedWith(ERROR_BROKEN_PIPE));
 }
 
+void TestNamedPipes::addWaysToCancel()
+{
+    QTest::addColumn<bool>("byThread");
+    QTest::newRow("by handle") << false;
+    QTest::newRow("by thread") << true;
+}
+
 void TestNamedPipes::cancellingEndsConnectNamedPipe()
 {
+    QFETCH(bool, byThread);
     const Handle server = createPipe(m_name);
     for (int round = 0; round < 20; ++round) {
-        std::future<Outcome> connected = start([&] { return awaitClient(server); });
-        QVERIFY(cancelUntilEnded(server, connected));
-        QVERIFY(connected.get().failedWith(ERROR_OPERATION_ABORTED));
+        ThreadCall call([&] { return awaitClient(server); });
+        QVERIFY(byThread ? call.cancelByThread() : call.cancelByHandle(server));
+        QVERIFY(call.result().failedWith(ERROR_OPERATION_ABORTED));
     }
     // It still listens.
     const Handle client = openPipe(m_name);
@@ -659,42 +667,14 @@ void TestNamedPipes::cancellingEndsConnectNamedPipe()
 
 void TestNamedPipes::cancellingEndsReadFile()
 {
+    QFETCH(bool, byThread);
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
     awaitClient(server);
     for (int round = 0; round < 20; ++round) {
-        std::future<Outcome> received = start([&] { return receive(server); });
-        QVERIFY(cancelUntilEnded(server, received));
-        QVERIFY(received.get().failedWith(ERROR_OPERATION_ABORTED));
-    }
-    // The connection has not suffered.
-    QVERIFY(transmit(client, "1").ok);
-    QCOMPARE(receive(server).bytes, QByteArray("1"));
-}
-
-void TestNamedPipes::cancellingAThreadEndsConnectNamedPipe()
-{
-    const Handle server = createPipe(m_name);
-    for (int round = 0; round < 20; ++round) {
-        ThreadCall connecting([&] { return awaitClient(server); });
-        QVERIFY(connecting.cancelUntilEnded());
-        QVERIFY(connecting.result().failedWith(ERROR_OPERATION_ABORTED));
-    }
-    // It still listens.
-    const Handle client = openPipe(m_name);
-    QVERIFY(client.isOpen());
-    QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
-}
-
-void TestNamedPipes::cancellingAThreadEndsReadFile()
-{
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    for (int round = 0; round < 20; ++round) {
-        ThreadCall reading([&] { return receive(server); });
-        QVERIFY(reading.cancelUntilEnded());
-        QVERIFY(reading.result().failedWith(ERROR_OPERATION_ABORTED));
+        ThreadCall call([&] { return receive(server); });
+        QVERIFY(byThread ? call.cancelByThread() : call.cancelByHandle(server));
+        QVERIFY(call.result().failedWith(ERROR_OPERATION_ABORTED));
     }
     // The connection has not suffered.
     QVERIFY(transmit(client, "1").ok);
@@ -711,7 +691,7 @@ void TestNamedPipes::cancellingAThreadLeavesTheOthersAlone()
     awaitClient(otherServer);
     ThreadCall cancelled([&] { return receive(server); });
     ThreadCall other([&] { return receive(otherServer); });
-    QVERIFY(cancelled.cancelUntilEnded());
+    QVERIFY(cancelled.cancelByThread());
     QVERIFY(transmit(otherClient, "1").ok);
     QCOMPARE(other.result().bytes, QByteArray("1"));
 }

@@ -136,7 +136,7 @@ private:
 bool tst_Settings::openDialog()
 {
     return tray().choose(Tray::Setup)
-        && waitUntil([this] { return dialogPicture().choices().size() == 4; });
+        && waitUntil([this] { return dialogPicture().choices().size() == std::size(rowCounts); });
 }
 
 bool tst_Settings::showDialog()
