@@ -4,11 +4,11 @@
 #include <QDirIterator>
 #include <QRegularExpression>
 
-RoomHeaders::RoomHeaders(const QString &checkout, const RoomGraph &rooms)
+RoomHeaders::RoomHeaders(const QString &checkout, const QStringList &rooms)
     : m_checkout(QDir::cleanPath(checkout) + u'/')
     , m_rooms(rooms)
 {
-    for (const QString &room : rooms.arrows.keys()) {
+    for (const QString &room : rooms) {
         QDirIterator files(m_checkout + room, {"*.h", "*.c", "*.cpp"}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
@@ -28,39 +28,34 @@ QString RoomHeaders::roomOf(const QString &path) const
     if (!folder.startsWith(m_checkout))
         return {};
     folder.remove(0, m_checkout.size());
-    while (!folder.isEmpty() && !m_rooms.arrows.contains(folder))
+    while (!folder.isEmpty() && !m_rooms.contains(folder))
         folder.truncate(qMax(folder.lastIndexOf(u'/'), 0));
     return folder;
 }
 
-bool RoomHeaders::mayKnow(const QString &room, const QString &other) const
+bool RoomHeaders::isIncludable(const QString &room) const
 {
-    return room == other || m_rooms.leads(room, other);
+    return std::any_of(m_owners.begin(), m_owners.end(),
+                       [&](const QSet<QString> &owners) { return owners.contains(room); });
 }
 
-QStringList RoomHeaders::strayFolders(const QString &room, const QStringList &folders) const
-{
-    QStringList strays;
-    for (const QString &folder : folders) {
-        if (!mayKnow(room, roomOf(folder)))
-            strays.append(folder);
-    }
-    return strays;
-}
-
-QStringList RoomHeaders::strayIncludes(const QString &room, const QString &text) const
+QSet<QString> RoomHeaders::included(const QString &room, const QString &source) const
 {
     static const QRegularExpression include("^\\s*#\\s*include\\s*[<\"](?:.*/)?([^>\"]+)[>\"]",
                                             QRegularExpression::MultilineOption);
-    QStringList strays;
-    for (const auto &match : include.globalMatch(text)) {
-        const QString header = match.captured(1);
-        const QSet<QString> owners = m_owners.value(header);
-        const bool isKnown = std::any_of(owners.begin(), owners.end(), [&](const QString &owner) {
-            return mayKnow(room, owner);
-        });
-        if (!owners.isEmpty() && !isKnown)
-            strays.append(header);
+    QSet<QString> rooms;
+    for (const auto &match : include.globalMatch(source))
+        rooms += m_owners.value(match.captured(1));
+    rooms.remove(room);
+    return rooms;
+}
+
+QStringList RoomHeaders::ambiguousNames() const
+{
+    QStringList names;
+    for (auto header = m_owners.begin(); header != m_owners.end(); ++header) {
+        if (header.value().size() > 1)
+            names.append(header.key());
     }
-    return strays;
+    return names;
 }

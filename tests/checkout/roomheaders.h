@@ -3,27 +3,27 @@
 
 #include "roomgraph.h"
 
-/// Who may include what: a room its own headers, and those of the rooms to which its arrows lead.
+/// Which room has which header, and who includes it.
 class RoomHeaders
 {
 public:
     /// @p checkout is the folder that holds the rooms.
-    RoomHeaders(const QString &checkout, const RoomGraph &rooms);
+    RoomHeaders(const QString &checkout, const QStringList &rooms);
 
-    /// All sources and headers of a room, absolute.
-    QStringList files(const QString &room) const { return m_files.value(room); }
-    /// Those of the folders, all in the checkout, whose headers are not the room's business.
-    QStringList strayFolders(const QString &room, const QStringList &folders) const;
-    /// The headers of other rooms that the text includes and that are not the room's business.
-    QStringList strayIncludes(const QString &room, const QString &text) const;
-
-private:
     /// The room in which a path of the checkout lies; empty for none.
     QString roomOf(const QString &path) const;
-    bool mayKnow(const QString &room, const QString &other) const;
+    /// All sources and headers of a room, absolute.
+    QStringList files(const QString &room) const { return m_files.value(room); }
+    /// Whether the room has a header at all.
+    bool isIncludable(const QString &room) const;
+    /// The other rooms whose headers a source of @p room includes.
+    QSet<QString> included(const QString &room, const QString &source) const;
+    /// The names of headers that more than one room has.
+    QStringList ambiguousNames() const;
 
+private:
     QString m_checkout;
-    RoomGraph m_rooms;
+    QStringList m_rooms;
     QMap<QString, QStringList> m_files;
     QMap<QString, QSet<QString>> m_owners; ///< the rooms that have a header of this name
 };
