@@ -21,7 +21,7 @@ public:
     bool provideWindowsPrograms() override;
     bool hasRestartedShell() const override;
     std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) override;
-    IniLayout iniLayout() const override { return IniLayout::Sorted; }
+    bool sortsSettings() const override { return true; }
     QString settingsFolder() const override;
 
 protected:

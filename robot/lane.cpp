@@ -125,21 +125,6 @@ QVariant Lane::setting(const QString &file, const QString &key) const
     return QSettings(settingsFile(file), QSettings::IniFormat).value(key);
 }
 
-QByteArray Lane::settingsContents(const QString &file) const
-{
-    QFile contents(settingsFile(file));
-    return contents.open(QIODevice::ReadOnly) ? contents.readAll() : QByteArray();
-}
-
-bool Lane::writeSettings(const QString &file, const QStringList &entries)
-{
-    // As written on Windows, so that the order is the given one; every lane can read that.
-    const QByteArray text = iniFile(entries, IniLayout::OrderOfWriting);
-    QFile contents(settingsFile(file));
-    return QDir().mkpath(settingsFolder()) && contents.open(QIODevice::WriteOnly)
-        && contents.write(text) == text.size();
-}
-
 bool Lane::clearSettings()
 {
     return QDir(settingsFolder()).removeRecursively();

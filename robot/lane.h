@@ -2,7 +2,6 @@
 #define LANE_H
 
 #include "desktop.h"
-#include "inifile.h"
 #include "panelprogram.h"
 #include "simulatorcontrol.h"
 
@@ -62,12 +61,9 @@ public:
     QString settingsFile(const QString &name) const;
     /// The value of a key in an INI file as it is on disk now; invalid when there is none.
     QVariant setting(const QString &file, const QString &key) const;
-    /// An INI file as it is on disk now; empty when there is none.
-    QByteArray settingsContents(const QString &file) const;
-    /// How the panel of this lane writes its INI files.
-    virtual IniLayout iniLayout() const = 0;
-    /// Puts an INI file there, its entries, "Section/Key=Value", in this order.
-    bool writeSettings(const QString &file, const QStringList &entries);
+    /// Whether the panel of this lane writes its INI files sorted by section and key; otherwise
+    /// they are in the order of their first writing, with the line ends of Windows.
+    virtual bool sortsSettings() const = 0;
     /// Forgets all settings, as before the first start.
     bool clearSettings();
 

@@ -20,7 +20,7 @@ public:
     bool provideWindowsPrograms() override { return true; }
     bool hasRestartedShell() const override;
     std::unique_ptr<ChildProcess> startAsio(const QStringList &arguments) override;
-    IniLayout iniLayout() const override { return IniLayout::OrderOfWriting; }
+    bool sortsSettings() const override { return false; }
     QString settingsFolder() const override;
 
 protected:

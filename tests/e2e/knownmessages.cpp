@@ -1,5 +1,7 @@
 #include "knownmessages.h"
 
+#include "logtext.h"
+
 #include <algorithm>
 
 namespace {
@@ -76,31 +78,23 @@ const QStringList beginnings{
     QStringLiteral("No data received from pipe."),
 };
 
-// Wine lacks some of what Windows has for screens of other resolutions.
-const QStringList platformBeginnings{
-    QStringLiteral("qt.qpa.windows: SetProcessDpiAwarenessContext("),
-    QStringLiteral("EnableNonClientDpiScaling() failed"),
-};
-
-bool beginsWithOneOf(const QString &line, const QStringList &texts)
+bool isKnown(const QString &line)
 {
-    return std::any_of(texts.cbegin(), texts.cend(),
-                       [&](const QString &text) { return line.startsWith(text); });
+    return std::any_of(beginnings.cbegin(), beginnings.cend(),
+                       [&](const QString &beginning) { return line.startsWith(beginning); });
 }
 
 } // namespace
 
 QStringList panelMessages(QStringList lines)
 {
-    lines.removeIf([](const QString &line) {
-        return line.isEmpty() || beginsWithOneOf(line, platformBeginnings);
-    });
-    return lines;
+    lines.removeAll(QString());
+    return withoutPlatformRemarks(lines);
 }
 
 QStringList unknownMessages(QStringList lines)
 {
     lines = panelMessages(lines);
-    lines.removeIf([](const QString &line) { return beginsWithOneOf(line, beginnings); });
+    lines.removeIf(isKnown);
     return lines;
 }

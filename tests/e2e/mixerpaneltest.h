@@ -28,7 +28,7 @@ protected:
     bool showPanel();
     /// As showPanel(), with stored values that keep every control away from its ends.
     bool showStoredPanel();
-    bool save(const QStringList &entries) { return lane().writeSettings(m_model.file(), entries); }
+    bool save(const QStringList &entries) { return iniFile(m_model.file()).write(entries); }
     bool waitForSaved(const QString &key, const QString &value);
     /// Compares everything that the panel has sent since it was shown, of which @p expected is the
     /// newest part; what it has logged likewise.

@@ -1,6 +1,7 @@
 #ifndef PROGRAMFIXTURE_H
 #define PROGRAMFIXTURE_H
 
+#include "inifile.h"
 #include "lane.h"
 #include "panelpicture.h"
 #include "tray.h"
@@ -58,6 +59,14 @@ protected:
     QList<RecordEntry> entriesBesides(const QString &command);
     /// What one handle of the driver did, as sentBesides().
     QStringList sentThrough(int handle);
+
+    /// One of the panel's INI files, called with its extension.
+    IniFile iniFile(const QString &name) const { return IniFile(m_lane->settingsFile(name)); }
+    /// How the panel lays them out.
+    IniLayout iniLayout() const
+    {
+        return m_lane->sortsSettings() ? IniLayout::Sorted : IniLayout::OrderOfWriting;
+    }
 
     /// Lets @p lines pass in this test, however often: messages that tell of a fault.
     void expectMessages(const QStringList &lines) { m_expectedMessages << lines; }

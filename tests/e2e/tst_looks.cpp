@@ -104,7 +104,7 @@ void tst_Looks::everyWindow()
 
     for (const Look &look : looks) {
         const QString model = QString::fromLatin1(look.model);
-        QVERIFY(lane().writeSettings(model + QStringLiteral(".ini"), look.settings));
+        QVERIFY(iniFile(model + ".ini").write(look.settings));
         QVERIFY(simulator().setLevels(QList<qint32>(meters, minus20Db)));
         QVERIFY(plug(model));
         verifyPanel(look, percent / 100.0);

@@ -1,6 +1,7 @@
 #include "inifile.h"
 
-#include <QFile>
+#include <QDir>
+#include <QFileInfo>
 #include <QOperatingSystemVersion>
 
 #include <algorithm>
@@ -121,7 +122,8 @@ QMap<QString, QString> IniFile::values() const
 bool IniFile::write(const QByteArray &text) const
 {
     QFile file(m_name);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+    return QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly)
+        && file.write(text) == text.size();
 }
 
 bool IniFile::write(const QStringList &entries) const

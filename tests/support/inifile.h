@@ -37,6 +37,7 @@ public:
     /// The values by "Section/Key".
     QMap<QString, QString> values() const;
 
+    /// Makes the file's folder, too.
     bool write(const QByteArray &text) const;
     /// Writes "Section/Key=Value" entries, which stand there in this order on every platform.
     bool write(const QStringList &entries) const;
