@@ -4,46 +4,59 @@
 #include "knob.h"
 
 #include <QImage>
-#include <QSignalSpy>
-#include <QWidget>
+#include <QRegularExpression>
+#include <QTest>
 
-/// What the tests of Knob share.
-namespace knobfixture {
+#include <utility>
 
-inline constexpr int side = 120; // pixels, as on the panels
-
-/// A knob of a panel's size with the range and value given.
-class RangedKnob : public Knob
+/// What the tests of Knob share. Any warning fails a test.
+class KnobFixture : public QObject
 {
-public:
-    RangedKnob(int minimum, int maximum, int initial, QWidget *parent = nullptr)
-        : Knob(parent)
+    Q_OBJECT
+
+protected:
+    static constexpr int side = 120; // pixels, as on the panels
+
+    struct Range {
+        int minimum;
+        int maximum;
+    };
+    static constexpr Range decibels{-80, 6};
+    static constexpr Range gains{0, 42};
+    static constexpr Range inverted{10, -10};
+
+    /// A knob of a panel's size that keeps what it emits.
+    class ObservedKnob : public Knob
     {
-        minValue = minimum;
-        maxValue = maximum;
-        value = initial;
-        resize(side, side);
+    public:
+        explicit ObservedKnob(Range range, int initial, QWidget *parent = nullptr)
+            : Knob(parent)
+        {
+            minValue = range.minimum;
+            maxValue = range.maximum;
+            value = initial;
+            resize(side, side);
+            connect(this, &Knob::valueChangedSig, this, [this](int v) { m_emitted << v; });
+        }
+
+        /// The values of valueChangedSig() since the last call.
+        QList<int> takeEmitted() { return std::exchange(m_emitted, {}); }
+
+    private:
+        QList<int> m_emitted;
+    };
+
+    /// The widget as painted on pure blue.
+    static QImage picture(QWidget &widget)
+    {
+        QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::blue);
+        widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        return image;
     }
+
+private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(".?")); }
 };
-
-/// The values a spy on valueChangedSig() has seen.
-inline QList<int> values(const QSignalSpy &spy)
-{
-    QList<int> list;
-    for (const QList<QVariant> &arguments : spy)
-        list.append(arguments.first().toInt());
-    return list;
-}
-
-/// The widget as painted on pure blue.
-inline QImage picture(QWidget &widget)
-{
-    QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::blue);
-    widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
-    return image;
-}
-
-} // namespace knobfixture
 
 #endif

@@ -17,6 +17,11 @@ const QString styleOn = QStringLiteral(
     "QPushButton {   color: #000000;   background-color: #00ff7f;   border-radius: 3px;}"
     "QPushButton:pressed {   background-color: #00ff7f;}");
 
+struct Click {
+    Qt::MouseButton button;
+    Qt::KeyboardModifiers modifiers = {};
+};
+
 constexpr auto pressedSignal = qOverload<bool>(&Button::pressed);
 
 QList<bool> statuses(const QSignalSpy &spy)
@@ -52,7 +57,7 @@ void sendLeave(QWidget &widget)
 
 } // namespace
 
-class ButtonTest : public QObject
+class tst_Button : public QObject
 {
     Q_OBJECT
 
@@ -68,20 +73,14 @@ private slots:
     void keepsTheBlurRadiusWhenLaidOut();
     void declaresItsSignalsInOrder();
 
-    void oneClickSelectsAndEmitsTwice();
+    void eachClickTogglesAndEmitsTwice_data();
+    void eachClickTogglesAndEmitsTwice();
     void oneClickRefreshesTheStyleTwice();
-    void aSecondClickDeselectsAndEmitsTwice();
     void aDoubleClickTogglesTwice();
-    void everyMouseButtonToggles();
     void theMouseFiresNoInheritedSignal();
     void theMouseNeverPushesTheButtonDown();
     void bothEmissionsCarryTheSameStatusWhateverTheReceiverDoes();
     void neverEmitsSelectedItself();
-
-    void ctrlLockIgnoresCtrlClick();
-    void ctrlLockIgnoresCtrlAmongOtherModifiers();
-    void ctrlLockLetsAPlainClickToggle();
-    void ctrlClickTogglesWithoutCtrlLock();
 
     void setSelectedSelectsAndEmitsOnce();
     void setSelectedTwiceEmitsOnceEachTimeAndRefreshesTheStyle();
@@ -101,12 +100,12 @@ private slots:
     void leavingClearsHovered();
 };
 
-void ButtonTest::init()
+void tst_Button::init()
 {
     QTest::failOnWarning(QRegularExpression(".?"));
 }
 
-void ButtonTest::startsUnselectedWithItsDefaultLook()
+void tst_Button::startsUnselectedWithItsDefaultLook()
 {
     const Button button("48V");
     QCOMPARE(button.label, QString("48V"));
@@ -124,13 +123,13 @@ void ButtonTest::startsUnselectedWithItsDefaultLook()
     QCOMPARE(button.isSelected, false);
 }
 
-void ButtonTest::startsWithoutAStyleSheet()
+void tst_Button::startsWithoutAStyleSheet()
 {
     const Button button("48V");
     QCOMPARE(button.styleSheet(), QString());
 }
 
-void ButtonTest::startsWithADisabledGlowOfItsOwn()
+void tst_Button::startsWithADisabledGlowOfItsOwn()
 {
     const Button button("48V");
     QVERIFY(button.glow);
@@ -141,7 +140,7 @@ void ButtonTest::startsWithADisabledGlowOfItsOwn()
     QCOMPARE(button.glow->color(), QColor("#00ff7f"));
 }
 
-void ButtonTest::showsItsTextUnderAPointingHand()
+void tst_Button::showsItsTextUnderAPointingHand()
 {
     QWidget parent;
     const Button button("DIRECT", &parent);
@@ -150,7 +149,7 @@ void ButtonTest::showsItsTextUnderAPointingHand()
     QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
 }
 
-void ButtonTest::takesTheBlurRadiusFromTheProvisionalWidth()
+void tst_Button::takesTheBlurRadiusFromTheProvisionalWidth()
 {
     QWidget parent;
     const Button child("MUTE", &parent);
@@ -162,7 +161,7 @@ void ButtonTest::takesTheBlurRadiusFromTheProvisionalWidth()
     QCOMPARE(window.glow->blurRadius(), window.width() * 0.01);
 }
 
-void ButtonTest::keepsTheBlurRadiusWhenResized()
+void tst_Button::keepsTheBlurRadiusWhenResized()
 {
     QWidget parent;
     Button button("MUTE", &parent);
@@ -172,7 +171,7 @@ void ButtonTest::keepsTheBlurRadiusWhenResized()
     QCOMPARE(button.glow->blurRadius(), radius);
 }
 
-void ButtonTest::keepsTheBlurRadiusWhenLaidOut()
+void tst_Button::keepsTheBlurRadiusWhenLaidOut()
 {
     QWidget window;
     auto *button = new Button("MUTE");
@@ -186,7 +185,7 @@ void ButtonTest::keepsTheBlurRadiusWhenLaidOut()
     QCOMPARE(button->glow->blurRadius(), radius);
 }
 
-void ButtonTest::declaresItsSignalsInOrder()
+void tst_Button::declaresItsSignalsInOrder()
 {
     const QMetaObject &meta = Button::staticMetaObject;
     QCOMPARE(meta.className(), "Button");
@@ -200,18 +199,47 @@ void ButtonTest::declaresItsSignalsInOrder()
     QCOMPARE(second.parameterNames(), QByteArrayList({"status"}));
 }
 
-void ButtonTest::oneClickSelectsAndEmitsTwice()
+void tst_Button::eachClickTogglesAndEmitsTwice_data()
 {
-    Button button("48V");
-    const QSignalSpy spy(&button, pressedSignal);
-    QTest::mouseClick(&button, Qt::LeftButton);
-    QCOMPARE(button.isSelected, true);
-    QCOMPARE(button.glow->isEnabled(), true);
-    QCOMPARE(button.styleSheet(), styleOn);
-    QCOMPARE(statuses(spy), QList<bool>({true, true}));
+    QTest::addColumn<bool>("ctrlLock");
+    QTest::addColumn<QList<Click>>("clicks");
+    QTest::addColumn<QList<bool>>("emitted");
+    const Click plain{Qt::LeftButton, Qt::NoModifier};
+    const Click withCtrl{Qt::LeftButton, Qt::ControlModifier};
+    const Click withShift{Qt::LeftButton, Qt::ShiftModifier};
+    const Click withBoth{Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier};
+    const QList<bool> on{true, true};
+    const QList<bool> onAndOff{true, true, false, false};
+    QTest::newRow("one") << false << QList{plain} << on;
+    QTest::newRow("two") << false << QList{plain, plain} << onAndOff;
+    QTest::newRow("other mouse buttons")
+        << false << QList{Click{Qt::RightButton}, Click{Qt::MiddleButton}} << onAndOff;
+    QTest::newRow("with Ctrl") << false << QList{withCtrl} << on;
+    QTest::newRow("locked, with Ctrl") << true << QList{withCtrl} << QList<bool>();
+    QTest::newRow("locked, with Ctrl and another") << true << QList{withBoth} << QList<bool>();
+    QTest::newRow("locked, without Ctrl") << true << QList{plain, withShift} << onAndOff;
 }
 
-void ButtonTest::oneClickRefreshesTheStyleTwice()
+void tst_Button::eachClickTogglesAndEmitsTwice()
+{
+    QFETCH(bool, ctrlLock);
+    QFETCH(QList<Click>, clicks);
+    QFETCH(QList<bool>, emitted);
+    Button button("48V");
+    button.ctrlLock = ctrlLock;
+    const QSignalSpy spy(&button, pressedSignal);
+    const QSignalSpy inherited(&button, &QAbstractButton::pressed);
+    for (const Click &click : clicks)
+        QTest::mouseClick(&button, click.button, click.modifiers);
+    QCOMPARE(statuses(spy), emitted);
+    QCOMPARE(inherited.count(), 0);
+    const bool isOn = !emitted.isEmpty() && emitted.constLast();
+    QCOMPARE(button.isSelected, isOn);
+    QCOMPARE(button.glow->isEnabled(), isOn);
+    QCOMPARE(button.styleSheet(), emitted.isEmpty() ? QString() : isOn ? styleOn : styleOff);
+}
+
+void tst_Button::oneClickRefreshesTheStyleTwice()
 {
     Button button("48V");
     button.ensurePolished();
@@ -220,19 +248,7 @@ void ButtonTest::oneClickRefreshesTheStyleTwice()
     QCOMPARE(styles.count, 2);
 }
 
-void ButtonTest::aSecondClickDeselectsAndEmitsTwice()
-{
-    Button button("48V");
-    QTest::mouseClick(&button, Qt::LeftButton);
-    const QSignalSpy spy(&button, pressedSignal);
-    QTest::mouseClick(&button, Qt::LeftButton);
-    QCOMPARE(button.isSelected, false);
-    QCOMPARE(button.glow->isEnabled(), false);
-    QCOMPARE(button.styleSheet(), styleOff);
-    QCOMPARE(statuses(spy), QList<bool>({false, false}));
-}
-
-void ButtonTest::aDoubleClickTogglesTwice()
+void tst_Button::aDoubleClickTogglesTwice()
 {
     Button button("48V");
     const QSignalSpy spy(&button, pressedSignal);
@@ -242,18 +258,7 @@ void ButtonTest::aDoubleClickTogglesTwice()
     QCOMPARE(statuses(spy), QList<bool>({true, true, false, false}));
 }
 
-void ButtonTest::everyMouseButtonToggles()
-{
-    Button button("48V");
-    const QSignalSpy spy(&button, pressedSignal);
-    QTest::mouseClick(&button, Qt::RightButton);
-    QCOMPARE(button.isSelected, true);
-    QTest::mouseClick(&button, Qt::MiddleButton);
-    QCOMPARE(button.isSelected, false);
-    QCOMPARE(statuses(spy), QList<bool>({true, true, false, false}));
-}
-
-void ButtonTest::theMouseFiresNoInheritedSignal()
+void tst_Button::theMouseFiresNoInheritedSignal()
 {
     Button button("48V");
     const QSignalSpy pressed(&button, &QAbstractButton::pressed);
@@ -268,7 +273,7 @@ void ButtonTest::theMouseFiresNoInheritedSignal()
     QCOMPARE(toggled.count(), 0);
 }
 
-void ButtonTest::theMouseNeverPushesTheButtonDown()
+void tst_Button::theMouseNeverPushesTheButtonDown()
 {
     Button button("48V");
     QTest::mousePress(&button, Qt::LeftButton);
@@ -279,7 +284,7 @@ void ButtonTest::theMouseNeverPushesTheButtonDown()
     QCOMPARE(button.isSelected, true);
 }
 
-void ButtonTest::bothEmissionsCarryTheSameStatusWhateverTheReceiverDoes()
+void tst_Button::bothEmissionsCarryTheSameStatusWhateverTheReceiverDoes()
 {
     Button button("48V");
     QList<bool> received;
@@ -291,7 +296,7 @@ void ButtonTest::bothEmissionsCarryTheSameStatusWhateverTheReceiverDoes()
     QCOMPARE(received, QList<bool>({true, true}));
 }
 
-void ButtonTest::neverEmitsSelectedItself()
+void tst_Button::neverEmitsSelectedItself()
 {
     Button button("48V");
     const QSignalSpy spy(&button, &Button::selected);
@@ -302,52 +307,7 @@ void ButtonTest::neverEmitsSelectedItself()
     QCOMPARE(spy.count(), 0);
 }
 
-void ButtonTest::ctrlLockIgnoresCtrlClick()
-{
-    Button button("48V");
-    button.ctrlLock = true;
-    const QSignalSpy spy(&button, pressedSignal);
-    const QSignalSpy inherited(&button, &QAbstractButton::pressed);
-    QTest::mouseClick(&button, Qt::LeftButton, Qt::ControlModifier);
-    QCOMPARE(button.isSelected, false);
-    QCOMPARE(button.glow->isEnabled(), false);
-    QCOMPARE(button.styleSheet(), QString());
-    QCOMPARE(spy.count(), 0);
-    QCOMPARE(inherited.count(), 0);
-}
-
-void ButtonTest::ctrlLockIgnoresCtrlAmongOtherModifiers()
-{
-    Button button("48V");
-    button.ctrlLock = true;
-    const QSignalSpy spy(&button, pressedSignal);
-    QTest::mouseClick(&button, Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier);
-    QCOMPARE(button.isSelected, false);
-    QCOMPARE(spy.count(), 0);
-}
-
-void ButtonTest::ctrlLockLetsAPlainClickToggle()
-{
-    Button button("48V");
-    button.ctrlLock = true;
-    const QSignalSpy spy(&button, pressedSignal);
-    QTest::mouseClick(&button, Qt::LeftButton);
-    QCOMPARE(button.isSelected, true);
-    QTest::mouseClick(&button, Qt::LeftButton, Qt::ShiftModifier);
-    QCOMPARE(button.isSelected, false);
-    QCOMPARE(statuses(spy), QList<bool>({true, true, false, false}));
-}
-
-void ButtonTest::ctrlClickTogglesWithoutCtrlLock()
-{
-    Button button("48V");
-    const QSignalSpy spy(&button, pressedSignal);
-    QTest::mouseClick(&button, Qt::LeftButton, Qt::ControlModifier);
-    QCOMPARE(button.isSelected, true);
-    QCOMPARE(statuses(spy), QList<bool>({true, true}));
-}
-
-void ButtonTest::setSelectedSelectsAndEmitsOnce()
+void tst_Button::setSelectedSelectsAndEmitsOnce()
 {
     Button button("48V");
     const QSignalSpy spy(&button, pressedSignal);
@@ -358,7 +318,7 @@ void ButtonTest::setSelectedSelectsAndEmitsOnce()
     QCOMPARE(statuses(spy), QList<bool>({true}));
 }
 
-void ButtonTest::setSelectedTwiceEmitsOnceEachTimeAndRefreshesTheStyle()
+void tst_Button::setSelectedTwiceEmitsOnceEachTimeAndRefreshesTheStyle()
 {
     Button button("48V");
     button.setSelected(true);
@@ -371,7 +331,7 @@ void ButtonTest::setSelectedTwiceEmitsOnceEachTimeAndRefreshesTheStyle()
     QCOMPARE(button.styleSheet(), styleOn);
 }
 
-void ButtonTest::setSelectedFalseDeselectsAndEmitsOnce()
+void tst_Button::setSelectedFalseDeselectsAndEmitsOnce()
 {
     Button button("48V");
     button.setSelected(true);
@@ -383,7 +343,7 @@ void ButtonTest::setSelectedFalseDeselectsAndEmitsOnce()
     QCOMPARE(statuses(spy), QList<bool>({false}));
 }
 
-void ButtonTest::setSelectedHasStateGlowAndStyleReadyWhenItEmits()
+void tst_Button::setSelectedHasStateGlowAndStyleReadyWhenItEmits()
 {
     Button button("48V");
     QString style;
@@ -400,7 +360,7 @@ void ButtonTest::setSelectedHasStateGlowAndStyleReadyWhenItEmits()
     QCOMPARE(glow, true);
 }
 
-void ButtonTest::stylesAnUnselectedButton()
+void tst_Button::stylesAnUnselectedButton()
 {
     Button button("48V");
     button.refreshStyle();
@@ -408,7 +368,7 @@ void ButtonTest::stylesAnUnselectedButton()
     QCOMPARE(button.glow->isEnabled(), false);
 }
 
-void ButtonTest::stylesASelectedButton()
+void tst_Button::stylesASelectedButton()
 {
     Button button("48V");
     button.isSelected = true;
@@ -417,7 +377,7 @@ void ButtonTest::stylesASelectedButton()
     QCOMPARE(button.glow->isEnabled(), true);
 }
 
-void ButtonTest::stylesWithChangedMembers()
+void tst_Button::stylesWithChangedMembers()
 {
     Button button("48V");
     button.borderRadius = 12;
@@ -435,7 +395,7 @@ void ButtonTest::stylesWithChangedMembers()
                      "border-radius: 12px;}QPushButton:pressed {   background-color: #222222;}"));
 }
 
-void ButtonTest::insertsColoursAsTheyAre()
+void tst_Button::insertsColoursAsTheyAre()
 {
     Button button("48V");
     button.textColorOff = "#8a95aa /* %2 */";
@@ -447,7 +407,7 @@ void ButtonTest::insertsColoursAsTheyAre()
                      "QPushButton:pressed {   background-color: rgb(10%, 20%, 30%);}"));
 }
 
-void ButtonTest::refreshAppliesTheGlowColour()
+void tst_Button::refreshAppliesTheGlowColour()
 {
     Button button("48V");
     button.glowColor = "#00FFFF";
@@ -456,7 +416,7 @@ void ButtonTest::refreshAppliesTheGlowColour()
     QCOMPARE(button.glow->color(), QColor("#00ffff"));
 }
 
-void ButtonTest::refreshBringsTheGlowInLineWithTheState()
+void tst_Button::refreshBringsTheGlowInLineWithTheState()
 {
     Button button("48V");
     button.glow->setEnabled(true);
@@ -467,7 +427,7 @@ void ButtonTest::refreshBringsTheGlowInLineWithTheState()
     QCOMPARE(button.glow->isEnabled(), true);
 }
 
-void ButtonTest::refreshEmitsNothing()
+void tst_Button::refreshEmitsNothing()
 {
     Button button("48V");
     const QSignalSpy spy(&button, pressedSignal);
@@ -475,7 +435,7 @@ void ButtonTest::refreshEmitsNothing()
     QCOMPARE(spy.count(), 0);
 }
 
-void ButtonTest::paintsTheStyledBackground()
+void tst_Button::paintsTheStyledBackground()
 {
     Button button("48V");
     button.resize(80, 30);
@@ -486,7 +446,7 @@ void ButtonTest::paintsTheStyledBackground()
     QCOMPARE(button.grab().toImage().pixelColor(beside), QColor("#00ff7f"));
 }
 
-void ButtonTest::glowsBeyondItsEdgeOnlyWhileSelected()
+void tst_Button::glowsBeyondItsEdgeOnlyWhileSelected()
 {
     QWidget window;
     window.setStyleSheet("background-color: black");
@@ -501,7 +461,7 @@ void ButtonTest::glowsBeyondItsEdgeOnlyWhileSelected()
     QVERIFY(window.grab().toImage().pixelColor(outside).green() > 20);
 }
 
-void ButtonTest::leavingClearsHovered()
+void tst_Button::leavingClearsHovered()
 {
     Button button("48V");
     button.hovered = true;
@@ -509,6 +469,6 @@ void ButtonTest::leavingClearsHovered()
     QCOMPARE(button.hovered, false);
 }
 
-QTEST_MAIN(ButtonTest)
+QTEST_MAIN(tst_Button)
 
 #include "tst_button.moc"

@@ -1,13 +1,9 @@
 #include "knobfixture.h"
 
 #include <QPainter>
-#include <QRegularExpression>
-#include <QTest>
 #include <QtMath>
 
 namespace {
-
-using namespace knobfixture;
 
 /// The pixel on the middle of the arc, @p degrees counter-clockwise from three o'clock.
 QColor arcPixel(const QImage &image, const Knob &knob, double degrees)
@@ -63,13 +59,11 @@ QRect expectedTextRect(const Knob &knob, const QString &text)
 
 } // namespace
 
-class KnobPaintingTest : public QObject
+class tst_KnobPainting : public KnobFixture
 {
     Q_OBJECT
 
 private slots:
-    void init();
-
     void noArcAtTheMinimum();
     void arcSpans135DegreesAtTheMidpoint();
     void arcCoversTheWholeTrackAtTheMaximum();
@@ -91,22 +85,17 @@ private slots:
     void aKnobSmallerThanItsArcPaintsWithoutComplaint();
 };
 
-void KnobPaintingTest::init()
+void tst_KnobPainting::noArcAtTheMinimum()
 {
-    QTest::failOnWarning(QRegularExpression(".?"));
-}
-
-void KnobPaintingTest::noArcAtTheMinimum()
-{
-    RangedKnob knob(0, 42, 0);
+    ObservedKnob knob(gains, 0);
     const QImage image = picture(knob);
     QVERIFY(!contains(image, knob.arcColor));
     QCOMPARE(arcPixel(image, knob, 225), knob.trackColor);
 }
 
-void KnobPaintingTest::arcSpans135DegreesAtTheMidpoint()
+void tst_KnobPainting::arcSpans135DegreesAtTheMidpoint()
 {
-    RangedKnob knob(0, 42, 21);
+    ObservedKnob knob(gains, 21);
     const QImage image = picture(knob);
     QCOMPARE(arcPixel(image, knob, 225), knob.arcColor);
     QCOMPARE(arcPixel(image, knob, 180), knob.arcColor);
@@ -114,23 +103,23 @@ void KnobPaintingTest::arcSpans135DegreesAtTheMidpoint()
     QVERIFY(qAbs(paintedSweep(image, knob) - 135) < 2);
 }
 
-void KnobPaintingTest::arcCoversTheWholeTrackAtTheMaximum()
+void tst_KnobPainting::arcCoversTheWholeTrackAtTheMaximum()
 {
-    RangedKnob knob(-80, 6, 6);
+    ObservedKnob knob(decibels, 6);
     const QImage image = picture(knob);
     QVERIFY(!contains(image, knob.trackColor));
     QVERIFY(qAbs(paintedSweep(image, knob) - 270) < 2);
 }
 
-void KnobPaintingTest::noArcWithAnEmptyRange()
+void tst_KnobPainting::noArcWithAnEmptyRange()
 {
-    RangedKnob knob(3, 3, 3);
+    ObservedKnob knob({3, 3}, 3);
     QVERIFY(!contains(picture(knob), knob.arcColor));
 }
 
-void KnobPaintingTest::trackRunsFrom225DegreesOver270()
+void tst_KnobPainting::trackRunsFrom225DegreesOver270()
 {
-    RangedKnob knob(0, 42, 0);
+    ObservedKnob knob(gains, 0);
     const QImage image = picture(knob);
     for (int degrees = 225; degrees >= -45; --degrees)
         QCOMPARE(arcPixel(image, knob, degrees), knob.trackColor);
@@ -138,9 +127,9 @@ void KnobPaintingTest::trackRunsFrom225DegreesOver270()
         QCOMPARE(arcPixel(image, knob, degrees), QColor(Qt::blue));
 }
 
-void KnobPaintingTest::noTrackWhenItIsOff()
+void tst_KnobPainting::noTrackWhenItIsOff()
 {
-    RangedKnob knob(0, 42, 21);
+    ObservedKnob knob(gains, 21);
     knob.showTrack = false;
     const QImage image = picture(knob);
     QVERIFY(!contains(image, knob.trackColor));
@@ -148,9 +137,9 @@ void KnobPaintingTest::noTrackWhenItIsOff()
     QCOMPARE(arcPixel(image, knob, 45), QColor(Qt::blue));
 }
 
-void KnobPaintingTest::arcWidthIsWidthAndInset()
+void tst_KnobPainting::arcWidthIsWidthAndInset()
 {
-    RangedKnob knob(0, 42, 42);
+    ObservedKnob knob(gains, 42);
     knob.arcWidth = 12;
     const QImage image = picture(knob);
     // Around an inset of 12 the pen reaches from 6 to 18.
@@ -160,9 +149,9 @@ void KnobPaintingTest::arcWidthIsWidthAndInset()
     QVERIFY(image.pixelColor(20, side / 2) != knob.arcColor);
 }
 
-void KnobPaintingTest::roundCapsAreNarrowerThanSquareOnes()
+void tst_KnobPainting::roundCapsAreNarrowerThanSquareOnes()
 {
-    RangedKnob knob(0, 42, 0);
+    ObservedKnob knob(gains, 0);
     const QImage round = picture(knob);
     knob.roundCap = false;
     const QImage square = picture(knob);
@@ -176,9 +165,9 @@ void KnobPaintingTest::roundCapsAreNarrowerThanSquareOnes()
     QVERIFY(coverage(square) > coverage(round));
 }
 
-void KnobPaintingTest::faceIsLitFromTheTopLeft()
+void tst_KnobPainting::faceIsLitFromTheTopLeft()
 {
-    RangedKnob knob(0, 42, 0);
+    ObservedKnob knob(gains, 0);
     knob.showText = false;
     const QImage image = picture(knob);
     // The face's circle has its centre at (59, 59) and a radius of 42; its light reaches 53.
@@ -190,9 +179,9 @@ void KnobPaintingTest::faceIsLitFromTheTopLeft()
     QVERIFY(image.pixelColor(topLeft).red() > image.pixelColor(85, 85).red());
 }
 
-void KnobPaintingTest::shadowShowsAtTheFacesLowerRight()
+void tst_KnobPainting::shadowShowsAtTheFacesLowerRight()
 {
-    RangedKnob knob(0, 42, 0);
+    ObservedKnob knob(gains, 0);
     const QImage image = picture(knob);
     // The face ends at 101 below, the shadow two pixels further; its light reaches 63.6.
     const QColor shade(20, 20, 20);
@@ -203,9 +192,9 @@ void KnobPaintingTest::shadowShowsAtTheFacesLowerRight()
     QVERIFY(!contains(image.copy(0, 0, side / 2, side / 2), shade));
 }
 
-void KnobPaintingTest::faceRatioScalesTheFace()
+void tst_KnobPainting::faceRatioScalesTheFace()
 {
-    RangedKnob knob(0, 42, 0);
+    ObservedKnob knob(gains, 0);
     knob.showText = false;
     knob.faceRatio = 0.5;
     const QImage image = picture(knob);
@@ -216,9 +205,9 @@ void KnobPaintingTest::faceRatioScalesTheFace()
     QCOMPARE(image.pixelColor(91, 60), QColor(Qt::blue));
 }
 
-void KnobPaintingTest::textIsPaintedCentredInItsColour()
+void tst_KnobPainting::textIsPaintedCentredInItsColour()
 {
-    RangedKnob knob(-80, 6, -20);
+    ObservedKnob knob(decibels, -20);
     knob.textColor = QColor("#00ff7f");
     const QImage image = picture(knob);
     QCOMPARE(knob.textRect, expectedTextRect(knob, "-20dB"));
@@ -231,17 +220,17 @@ void KnobPaintingTest::textIsPaintedCentredInItsColour()
     QVERIFY(!contains(bare, knob.textColor));
 }
 
-void KnobPaintingTest::noTextWhenItIsOff()
+void tst_KnobPainting::noTextWhenItIsOff()
 {
-    RangedKnob knob(-80, 6, -20);
+    ObservedKnob knob(decibels, -20);
     knob.showText = false;
     QVERIFY(!contains(picture(knob), knob.textColor));
     QCOMPARE(knob.textRect, QRect());
 }
 
-void KnobPaintingTest::textRectFollowsEveryPaint()
+void tst_KnobPainting::textRectFollowsEveryPaint()
 {
-    RangedKnob knob(-80, 6, -20);
+    ObservedKnob knob(decibels, -20);
     picture(knob);
     QCOMPARE(knob.textRect, expectedTextRect(knob, "-20dB"));
     knob.setValue(5);
@@ -255,12 +244,12 @@ void KnobPaintingTest::textRectFollowsEveryPaint()
     QCOMPARE(knob.textRect, expectedTextRect(knob, "5dB"));
 }
 
-void KnobPaintingTest::textShowsTheOffsetValue()
+void tst_KnobPainting::textShowsTheOffsetValue()
 {
-    RangedKnob knob(-80, 80, -20);
-    RangedKnob offset(-80, 80, -20);
+    ObservedKnob knob({-80, 80}, -20);
+    ObservedKnob offset({-80, 80}, -20);
     offset.displayOffset = 33;
-    RangedKnob thirteen(-80, 80, 13);
+    ObservedKnob thirteen({-80, 80}, 13);
     const QImage plainText = picture(knob).copy(knob.textRect);
     const QImage offsetText = picture(offset).copy(offset.textRect);
     const QImage thirteenText = picture(thirteen).copy(thirteen.textRect);
@@ -268,39 +257,39 @@ void KnobPaintingTest::textShowsTheOffsetValue()
     QVERIFY(offsetText != plainText);
 }
 
-void KnobPaintingTest::textForZeroIgnoresTheOffset()
+void tst_KnobPainting::textForZeroIgnoresTheOffset()
 {
-    RangedKnob knob(-80, 6, 0);
+    ObservedKnob knob(decibels, 0);
     const QImage plain = picture(knob);
     knob.displayOffset = 33;
     QCOMPARE(picture(knob), plain);
     QCOMPARE(knob.textRect, expectedTextRect(knob, "0dB"));
 }
 
-void KnobPaintingTest::textUsesTheSuffix()
+void tst_KnobPainting::textUsesTheSuffix()
 {
-    RangedKnob knob(-80, 6, -20);
+    ObservedKnob knob(decibels, -20);
     const QImage decibel = picture(knob);
     knob.suffix = " units";
     QVERIFY(picture(knob) != decibel);
     QCOMPARE(knob.textRect, expectedTextRect(knob, "-20 units"));
 }
 
-void KnobPaintingTest::accentColourChangesNothing()
+void tst_KnobPainting::accentColourChangesNothing()
 {
-    RangedKnob knob(-80, 6, -20);
+    ObservedKnob knob(decibels, -20);
     const QImage before = picture(knob);
     knob.accentColor = Qt::red;
     QCOMPARE(picture(knob), before);
 }
 
-void KnobPaintingTest::aKnobSmallerThanItsArcPaintsWithoutComplaint()
+void tst_KnobPainting::aKnobSmallerThanItsArcPaintsWithoutComplaint()
 {
-    RangedKnob knob(-80, 6, -20);
+    ObservedKnob knob(decibels, -20);
     knob.resize(10, 10);
     QCOMPARE(picture(knob).size(), QSize(10, 10));
 }
 
-QTEST_MAIN(KnobPaintingTest)
+QTEST_MAIN(tst_KnobPainting)
 
 #include "tst_knobpainting.moc"
