@@ -22,7 +22,7 @@ public:
     QStringList lines() const
     {
         const std::basic_string<Character> text = m_buffer.str();
-        QStringList lines = toQString(text).split(QLatin1Char('\n'));
+        QStringList lines = toQString(text).split('\n');
         if (lines.constLast().isEmpty())
             lines.removeLast();
         return lines;

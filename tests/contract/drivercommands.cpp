@@ -16,7 +16,7 @@ constexpr char firmware[] = "2025093001";
 
 QString word(bool result)
 {
-    return result ? QStringLiteral("true") : QStringLiteral("false");
+    return result ? "true" : "false";
 }
 
 QString hexOf(const void *bytes, std::size_t length)
@@ -55,7 +55,7 @@ QString runReadMeterData(Device &device)
     MeterRecord record;
     std::fill(std::begin(record.levels), std::end(record.levels), 7);
     const bool result = device.readMeterData(record);
-    return QStringLiteral("%1 %2 %3 %4")
+    return QString("%1 %2 %3 %4")
         .arg(word(result))
         .arg(record.levels[0])
         .arg(record.levels[1])
@@ -95,16 +95,16 @@ DriverCommand numberReader(const char *name, QString (*run)(Device &), quint32 c
     command.run = run;
     command.code = code;
     command.outputLength = 4;
-    command.accepted = QStringLiteral("true ") + QLatin1String(answer);
-    command.refused = command.closed = QStringLiteral("false 3735928559");
+    command.accepted = QString("true ") + answer;
+    command.refused = command.closed = "false 3735928559";
     return command;
 }
 
 DriverCommand sampleRateReader()
 {
     DriverCommand command = numberReader("getSampleRate", runGetSampleRate, 0xFFDC2020, "");
-    command.accepted = QStringLiteral("48000");
-    command.refused = command.closed = QStringLiteral("0");
+    command.accepted = "48000";
+    command.refused = command.closed = "0";
     return command;
 }
 
@@ -115,13 +115,13 @@ DriverCommand plainCommand(const char *name, QString (*run)(Device &), quint32 c
     DriverCommand command;
     command.name = command.request = QString::fromLatin1(name);
     if (*argument)
-        command.request += u' ' + QLatin1String(argument);
+        command.request.append(' ').append(argument);
     command.repeated = command.request;
     command.run = run;
     command.code = code;
     command.input = QByteArray::fromHex(inputHex);
-    command.accepted = QStringLiteral("true");
-    command.refused = command.closed = QStringLiteral("false");
+    command.accepted = "true";
+    command.refused = command.closed = "false";
     return command;
 }
 
@@ -130,7 +130,7 @@ DriverCommand packetCommand(const char *name, QString (*run)(Device &), const ch
 {
     DriverCommand command = plainCommand(name, run, 0xFFDC209C, "", arguments);
     command.input = packet(beginning);
-    command.refused = command.closed = QStringLiteral("true");
+    command.refused = command.closed = "true";
     return command;
 }
 
@@ -138,7 +138,7 @@ DriverCommand packetCommand(const char *name, QString (*run)(Device &), const ch
 DriverCommand upgradeCommand()
 {
     DriverCommand command = packetCommand("upgradeFirmware", run<&Device::upgradeFirmware>, "0160");
-    command.closed = QStringLiteral("false");
+    command.closed = "false";
     return command;
 }
 
@@ -155,33 +155,31 @@ DriverCommand meterCommand()
 {
     DriverCommand command = plainCommand("readMeterData", runReadMeterData, 0xFFDC2074);
     command.outputLength = 768;
-    command.accepted = QStringLiteral("true 1000000 -1 -2147483648");
-    command.refused = command.closed = QStringLiteral("false 7 7 7");
+    command.accepted = "true 1000000 -1 -2147483648";
+    command.refused = command.closed = "false 7 7 7";
     return command;
 }
 
 DriverCommand vendorCommand()
 {
     DriverCommand command = plainCommand("vendorRequest", runVendorRequest, 0xFFDC20A0);
-    command.request = command.repeated = QStringLiteral("getFirmwareVersion");
+    command.request = command.repeated = "getFirmwareVersion";
     command.input = packet("0165");
     command.outputLength = 32;
-    command.accepted =
-        QStringLiteral("true 3230323530393330303100000000000000000000000000000000000000000000");
-    command.refused =
-        QStringLiteral("false ababab0000000000000000000000000000000000000000000000000000000000");
-    command.closed = QStringLiteral("false ababab");
+    command.accepted = "true 3230323530393330303100000000000000000000000000000000000000000000";
+    command.refused = "false ababab0000000000000000000000000000000000000000000000000000000000";
+    command.closed = "false ababab";
     return command;
 }
 
 DriverCommand firmwareCommand()
 {
     DriverCommand command = vendorCommand();
-    command.name = QStringLiteral("getFirmwareVersion");
+    command.name = "getFirmwareVersion";
     command.run = runGetFirmwareVersion;
-    command.accepted = QStringLiteral("true 32303235303933303031eeee");
-    command.refused = command.closed = QStringLiteral("false eeeeeeeeeeeeeeeeeeeeeeee");
-    command.complaint = QStringList{QStringLiteral("Failed to read firmware version from device.")};
+    command.accepted = "true 32303235303933303031eeee";
+    command.refused = command.closed = "false eeeeeeeeeeeeeeeeeeeeeeee";
+    command.complaint = QStringList{"Failed to read firmware version from device."};
     return command;
 }
 

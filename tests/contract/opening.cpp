@@ -39,20 +39,20 @@ QList<Win32Call> callsOfDeleting(std::unique_ptr<VesmoraIoControl> device)
 
 QString busPath(int bus)
 {
-    return QStringLiteral("\\\\.\\VesmoraAudioBus%1").arg(bus);
+    return QString("\\\\.\\VesmoraAudioBus%1").arg(bus);
 }
 
 QStringList failureLines(int bus)
 {
     QStringList lines;
     for (int i = 0; i < bus; ++i)
-        lines.append(QStringLiteral("Open device %1 failed, error: 2").arg(busPath(i)));
+        lines.append(QString("Open device %1 failed, error: 2").arg(busPath(i)));
     return lines;
 }
 
 QString successLine(int bus)
 {
-    return QStringLiteral("Open device %1 success!").arg(busPath(bus));
+    return QString("Open device %1 success!").arg(busPath(bus));
 }
 
 QStringList openTexts(int last)

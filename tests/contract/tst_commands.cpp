@@ -44,9 +44,9 @@ Observation observe(const DriverCommand &command, VesmoraIoControl &device)
 /// Only one command logs, and only when it works.
 QStringList logPatterns(const DriverCommand &command, bool works)
 {
-    if (!works || command.name != QLatin1String("getBufferSize"))
+    if (!works || command.name != "getBufferSize")
         return {};
-    return {QStringLiteral("Buffer size: 0x[0-9a-f]+")};
+    return {"Buffer size: 0x[0-9a-f]+"};
 }
 
 bool matches(const QStringList &lines, const QStringList &patterns)
@@ -198,7 +198,7 @@ void tst_Commands::makesOneExactRequestAndGivesTheAnswer()
     QCOMPARE(record.code, command.code);
     QCOMPARE(record.inputLength, quint32(command.input.size()));
     QCOMPARE(record.outputLength, command.outputLength);
-    if (command.name != QLatin1String("sendMixerBlock"))
+    if (command.name != "sendMixerBlock")
         QCOMPARE(record.bytes, command.input);
 }
 
@@ -233,7 +233,7 @@ void tst_Commands::aFailingDriverIsAskedOnceAndNothingIsUndone()
     QCOMPARE(seen.outputLines, QStringList());
     QCOMPARE(seen.errorLines, command.complaint);
     QCOMPARE(m_simulator.requests(true),
-             (QStringList{command.request, command.repeated + QStringLiteral(" !%1").arg(error),
+             (QStringList{command.request, command.repeated + QString(" !%1").arg(error),
                           command.repeated}));
 }
 
@@ -275,8 +275,7 @@ void tst_Commands::afterUnpluggingEveryCommandFailsWithNotConnected()
     QCOMPARE(seen.log, QStringList());
     QCOMPARE(seen.errorLines, command.complaint);
     QCOMPARE(m_simulator.state().openHandles, 1u);
-    QCOMPARE(m_simulator.events(),
-             (QStringList{QStringLiteral("unplug"), command.request + QStringLiteral(" !1167")}));
+    QCOMPARE(m_simulator.events(), (QStringList{"unplug", command.request + " !1167"}));
     QCOMPARE(callsOfDeleting(std::move(m_device)).value(0).handle, handle);
 }
 
@@ -329,8 +328,8 @@ void tst_Commands::everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode()
     for (const DriverCommand &command : driverCommands()) {
         if (command.code != 0xFFDC209C)
             continue;
-        QCOMPARE(observe(command, *m_device).answer, QStringLiteral("true"));
-        expected.append(command.request + QStringLiteral(" !1"));
+        QCOMPARE(observe(command, *m_device).answer, "true");
+        expected.append(command.request + " !1");
         ++m_faults;
     }
     QCOMPARE(expected.size(), 8);
@@ -350,20 +349,20 @@ void tst_Commands::aPacketTheDeviceDoesNotUnderstandIsSentAsItIs()
 void tst_Commands::getSampleRateOnAFailingDriverReturnsZero()
 {
     open();
-    QVERIFY(m_simulator.fail(QStringLiteral("getSampleRate"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(m_simulator.fail("getSampleRate", 1, ERROR_GEN_FAILURE));
     QCOMPARE(m_device->getSampleRate(), 0u);
-    QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getSampleRate !31")});
+    QCOMPARE(m_simulator.requests(), QStringList{"getSampleRate !31"});
     ++m_faults;
 }
 
 void tst_Commands::getDevicePidOnAFailingDriverLeavesTheVariable()
 {
     open();
-    QVERIFY(m_simulator.fail(QStringLiteral("getDevicePid"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(m_simulator.fail("getDevicePid", 1, ERROR_GEN_FAILURE));
     std::uint32_t identifier = 42;
     QVERIFY(!m_device->getDevicePid(identifier));
     QCOMPARE(identifier, 42u);
-    QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getDevicePid !31")});
+    QCOMPARE(m_simulator.requests(), QStringList{"getDevicePid !31"});
     ++m_faults;
 }
 
@@ -452,9 +451,8 @@ void tst_Commands::getBufferSizeLogsTheAddressOfTheVariable()
     QVERIFY(m_device->getBufferSize(value));
     QCOMPARE(
         log.take(),
-        QStringList{
-            QStringLiteral("Buffer size: 0x%1").arg(reinterpret_cast<quintptr>(&value), 0, 16)});
-    QVERIFY(m_simulator.fail(QStringLiteral("getBufferSize"), 1, ERROR_GEN_FAILURE));
+        QStringList{QString("Buffer size: 0x%1").arg(reinterpret_cast<quintptr>(&value), 0, 16)});
+    QVERIFY(m_simulator.fail("getBufferSize", 1, ERROR_GEN_FAILURE));
     QVERIFY(!m_device->getBufferSize(value));
     QCOMPARE(log.take(), QStringList());
     ++m_faults;
@@ -555,8 +553,8 @@ void tst_Commands::theMixerBlockIsSentWholeForASingleChange()
     QVERIFY(m_device->sendMixerBlock(block));
     const QList<Record> records = m_simulator.record();
     QCOMPARE(records.size(), 2);
-    QCOMPARE(records[0].text(), QStringLiteral("sendMixerBlock"));
-    QCOMPARE(records[1].text(), QStringLiteral("sendMixerBlock (255,31)=-0.5"));
+    QCOMPARE(records[0].text(), "sendMixerBlock");
+    QCOMPARE(records[1].text(), "sendMixerBlock (255,31)=-0.5");
     QCOMPARE(records[1].changes[0].index, 8191);
     QCOMPARE(records[0].inputLength, 66304u);
     QCOMPARE(records[1].inputLength, 66304u);
@@ -594,7 +592,7 @@ void tst_Commands::vendorRequestMakesTheReplyThirtyTwoBytes()
     QFETCH(bool, driverFails);
     open();
     if (driverFails) {
-        QVERIFY(m_simulator.fail(QStringLiteral("vendorRequest"), 1, ERROR_GEN_FAILURE));
+        QVERIFY(m_simulator.fail("vendorRequest", 1, ERROR_GEN_FAILURE));
         ++m_faults;
     }
     const QByteArray request = packet("0165");
@@ -619,14 +617,12 @@ void tst_Commands::vendorRequestSendsTheRequestWithItsOwnLength_data()
 {
     QTest::addColumn<QByteArray>("request");
     QTest::addColumn<QString>("line");
-    QTest::newRow("empty") << QByteArray() << QStringLiteral("vendorRequest !24");
-    QTest::newRow("1 byte") << QByteArray(1, '\1') << QStringLiteral("vendorRequest <1 bytes> !24");
-    QTest::newRow("a byte short") << packet("0165").chopped(1)
-                                  << QStringLiteral("vendorRequest <36 bytes> !24");
-    QTest::newRow("a byte more") << packet("0165") + '\0'
-                                 << QStringLiteral("vendorRequest <38 bytes> !24");
-    QTest::newRow("another opcode") << packet("0166") << QStringLiteral("vendorRequest 0x66 !1");
-    QTest::newRow("the version") << packet("0165") << QStringLiteral("getFirmwareVersion");
+    QTest::newRow("empty") << QByteArray() << "vendorRequest !24";
+    QTest::newRow("1 byte") << QByteArray(1, '\1') << "vendorRequest <1 bytes> !24";
+    QTest::newRow("a byte short") << packet("0165").chopped(1) << "vendorRequest <36 bytes> !24";
+    QTest::newRow("a byte more") << packet("0165") + '\0' << "vendorRequest <38 bytes> !24";
+    QTest::newRow("another opcode") << packet("0166") << "vendorRequest 0x66 !1";
+    QTest::newRow("the version") << packet("0165") << "getFirmwareVersion";
 }
 
 void tst_Commands::vendorRequestSendsTheRequestWithItsOwnLength()
@@ -635,7 +631,7 @@ void tst_Commands::vendorRequestSendsTheRequestWithItsOwnLength()
     QFETCH(QString, line);
     open();
     std::vector<std::uint8_t> reply;
-    const bool isVersion = line == QLatin1String("getFirmwareVersion");
+    const bool isVersion = line == "getFirmwareVersion";
     QCOMPARE(m_device->vendorRequest({request.begin(), request.end()}, reply), isVersion);
     QCOMPARE(reply.size(), std::size_t(32));
     const QList<Record> records = m_simulator.record();
@@ -673,7 +669,7 @@ void tst_Commands::getFirmwareVersionCopiesUpToItsCapacity()
         QByteArray("2025093001").first(copied) + QByteArray(40 - copied, '\xEE');
     QCOMPARE(QByteArray(reinterpret_cast<const char *>(version.data()), 40).toHex(),
              expected.toHex());
-    QCOMPARE(m_simulator.requests(), QStringList{QStringLiteral("getFirmwareVersion")});
+    QCOMPARE(m_simulator.requests(), QStringList{"getFirmwareVersion"});
 }
 
 void tst_Commands::getFirmwareVersionTakesAnyByte()
@@ -691,8 +687,7 @@ void tst_Commands::getFirmwareVersionEndsItsComplaintAndFlushes()
     std::uint8_t version[10];
     const ConsoleCapture errors(std::cerr);
     QVERIFY(!m_device->getFirmwareVersion(version, sizeof version));
-    QCOMPARE(errors.lines(),
-             QStringList{QStringLiteral("Failed to read firmware version from device.")});
+    QCOMPARE(errors.lines(), QStringList{"Failed to read firmware version from device."});
     QVERIFY(errors.endsWithALineEnd());
     QVERIFY(errors.flushes() > 0);
 }

@@ -99,14 +99,13 @@ void tst_DeviceAccess::onlyBusThreeThreeFailuresThenSuccessAndNoMore()
     const Opening opening = openDevice(device);
     QVERIFY(opening.result);
     QCOMPARE(opening.lines,
-             (QStringList{QStringLiteral("Open device \\\\.\\VesmoraAudioBus0 failed, error: 2"),
-                          QStringLiteral("Open device \\\\.\\VesmoraAudioBus1 failed, error: 2"),
-                          QStringLiteral("Open device \\\\.\\VesmoraAudioBus2 failed, error: 2"),
-                          QStringLiteral("Open device \\\\.\\VesmoraAudioBus3 success!")}));
+             (QStringList{"Open device \\\\.\\VesmoraAudioBus0 failed, error: 2",
+                          "Open device \\\\.\\VesmoraAudioBus1 failed, error: 2",
+                          "Open device \\\\.\\VesmoraAudioBus2 failed, error: 2",
+                          "Open device \\\\.\\VesmoraAudioBus3 success!"}));
     QCOMPARE(opening.flushes, 4);
     QCOMPARE(textsOf(opening.calls), openTexts(3));
-    QCOMPARE(m_simulator.events(),
-             (QStringList{QStringLiteral("plug 15 3"), QStringLiteral("open")}));
+    QCOMPARE(m_simulator.events(), (QStringList{"plug 15 3", "open"}));
 }
 
 void tst_DeviceAccess::theFirstBusThatOpensIsKept_data()
@@ -133,7 +132,7 @@ void tst_DeviceAccess::theFirstBusThatOpensIsKept()
 
     const QList<Record> events = m_simulator.record();
     QCOMPARE(events.size(), 2);
-    QCOMPARE(events[1].text(), QStringLiteral("open"));
+    QCOMPARE(events[1].text(), "open");
     QCOMPARE(events[1].bus, quint32(bus));
     QCOMPARE(callsOfACommand(device).value(0).handle, opening.handle);
 }
@@ -173,9 +172,7 @@ void tst_DeviceAccess::deletingClosesTheHandleOnce()
     QCOMPARE(textsOf(calls), QStringList{Win32Spy::closeText()});
     QCOMPARE(calls[0].handle, handle);
     QCOMPARE(calls[0].error, DWORD(0));
-    QTRY_COMPARE(
-        m_simulator.events(),
-        (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("close")}));
+    QTRY_COMPARE(m_simulator.events(), (QStringList{"plug 1 0", "open", "close"}));
 }
 
 void tst_DeviceAccess::aNullHandleCountsAsOpen()
@@ -207,10 +204,8 @@ void tst_DeviceAccess::twoOwnersOpenTheDeviceAtTheSameTime()
     QVERIFY(second->setBufferSize(64));
     QVERIFY(first->setUsbLatency(4));
     const QList<Record> events = m_simulator.record();
-    QCOMPARE(
-        m_simulator.events(),
-        (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("open"),
-                     QStringLiteral("setBufferSize 64"), QStringLiteral("setUsbLatency 4")}));
+    QCOMPARE(m_simulator.events(),
+             (QStringList{"plug 1 0", "open", "open", "setBufferSize 64", "setUsbLatency 4"}));
     QVERIFY(events[1].handle != events[2].handle);
     QCOMPARE(events[3].handle, events[2].handle);
     QCOMPARE(events[4].handle, events[1].handle);
@@ -238,10 +233,8 @@ void tst_DeviceAccess::unpluggingLeavesTheHandleOpen()
     QCOMPARE(textsOf(calls), QStringList{Win32Spy::closeText()});
     QCOMPARE(calls[0].handle, handle);
     QCOMPARE(calls[0].error, DWORD(0));
-    QTRY_COMPARE(
-        m_simulator.events(),
-        (QStringList{QStringLiteral("plug 1 0"), QStringLiteral("open"), QStringLiteral("unplug"),
-                     QStringLiteral("stopAudio !1167"), QStringLiteral("close")}));
+    QTRY_COMPARE(m_simulator.events(),
+                 (QStringList{"plug 1 0", "open", "unplug", "stopAudio !1167", "close"}));
 }
 
 void tst_DeviceAccess::anUnpluggedDeviceCanBeOpenedAgainOnlyByANewObject()

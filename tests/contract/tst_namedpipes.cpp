@@ -189,7 +189,7 @@ private:
 } // namespace
 
 /// The behaviour of named pipes on which the panel and the tests rely, wherever they come from.
-class TestNamedPipes : public QObject
+class tst_NamedPipes : public QObject
 {
     Q_OBJECT
 
@@ -245,27 +245,27 @@ private:
     std::wstring m_name;
 };
 
-void TestNamedPipes::initTestCase()
+void tst_NamedPipes::initTestCase()
 {
     QVERIFY(m_folder.isValid());
     // Keeps the pipes of parallel runs apart where they are files; Windows takes no notice.
     qputenv("VESMORA_HOST_DIR", m_folder.path().toLocal8Bit());
 }
 
-void TestNamedPipes::init()
+void tst_NamedPipes::init()
 {
-    m_name = QStringLiteral(R"(\\.\pipe\VesmoraTest-%1-%2)")
+    m_name = QString(R"(\\.\pipe\VesmoraTest-%1-%2)")
                  .arg(QCoreApplication::applicationPid())
-                 .arg(QLatin1String(QTest::currentTestFunction()))
+                 .arg(QTest::currentTestFunction())
                  .toStdWString();
 }
 
-void TestNamedPipes::openingAPipeThatNobodyCreatedFindsNothing()
+void tst_NamedPipes::openingAPipeThatNobodyCreatedFindsNothing()
 {
     QVERIFY(openPipe(m_name).failedWith(ERROR_FILE_NOT_FOUND));
 }
 
-void TestNamedPipes::openingAPipeWhoseServerClosedItFindsNothing()
+void tst_NamedPipes::openingAPipeWhoseServerClosedItFindsNothing()
 {
     Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -274,7 +274,7 @@ void TestNamedPipes::openingAPipeWhoseServerClosedItFindsNothing()
     QVERIFY(openPipe(m_name).failedWith(ERROR_FILE_NOT_FOUND));
 }
 
-void TestNamedPipes::aPipeIsConnectableFromItsCreationOn()
+void tst_NamedPipes::aPipeIsConnectableFromItsCreationOn()
 {
     const Handle server = createPipe(m_name);
     QVERIFY(server.isOpen());
@@ -283,7 +283,7 @@ void TestNamedPipes::aPipeIsConnectableFromItsCreationOn()
     QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
 }
 
-void TestNamedPipes::aClientThatCameAndLeftBeforeConnectNamedPipeIsNoData()
+void tst_NamedPipes::aClientThatCameAndLeftBeforeConnectNamedPipeIsNoData()
 {
     const Handle server = createPipe(m_name);
     Handle client = openPipe(m_name);
@@ -299,7 +299,7 @@ void TestNamedPipes::aClientThatCameAndLeftBeforeConnectNamedPipeIsNoData()
     QVERIFY(connected.get().ok);
 }
 
-void TestNamedPipes::connectNamedPipeWaitsForAClient()
+void tst_NamedPipes::connectNamedPipeWaitsForAClient()
 {
     const Handle server = createPipe(m_name);
     QVERIFY(openPipe(m_name).isOpen());
@@ -315,7 +315,7 @@ void TestNamedPipes::connectNamedPipeWaitsForAClient()
     QCOMPARE(receive(server).bytes, QByteArray("1"));
 }
 
-void TestNamedPipes::aClientThatLeavesAtOnceEndsTheWaitWithSuccess()
+void tst_NamedPipes::aClientThatLeavesAtOnceEndsTheWaitWithSuccess()
 {
     const Handle server = createPipe(m_name);
     const Handle first = openPipe(m_name);
@@ -333,7 +333,7 @@ void TestNamedPipes::aClientThatLeavesAtOnceEndsTheWaitWithSuccess()
     }
 }
 
-void TestNamedPipes::connectNamedPipeWithAConnectedClientSaysSo()
+void tst_NamedPipes::connectNamedPipeWithAConnectedClientSaysSo()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -341,7 +341,7 @@ void TestNamedPipes::connectNamedPipeWithAConnectedClientSaysSo()
     QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
 }
 
-void TestNamedPipes::aTakenInstanceIsBusy()
+void tst_NamedPipes::aTakenInstanceIsBusy()
 {
     const Handle server = createPipe(m_name);
     const Handle first = openPipe(m_name);
@@ -351,7 +351,7 @@ void TestNamedPipes::aTakenInstanceIsBusy()
     QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
 }
 
-void TestNamedPipes::ofManyClientsAtOnceOneIsServed()
+void tst_NamedPipes::ofManyClientsAtOnceOneIsServed()
 {
     const Handle server = createPipe(m_name);
     std::future<Outcome> connected = start([&] { return awaitClient(server); });
@@ -374,7 +374,7 @@ void TestNamedPipes::ofManyClientsAtOnceOneIsServed()
     QCOMPARE(receive(server).bytes, QByteArray("served"));
 }
 
-void TestNamedPipes::aSecondInstanceServesASecondClient()
+void tst_NamedPipes::aSecondInstanceServesASecondClient()
 {
     const Handle firstServer = createPipe(m_name);
     const Handle secondServer = createPipe(m_name);
@@ -392,7 +392,7 @@ void TestNamedPipes::aSecondInstanceServesASecondClient()
     QCOMPARE(receive(secondServer).bytes, QByteArray("message"));
 }
 
-void TestNamedPipes::moreInstancesThanAllowedAreBusy()
+void tst_NamedPipes::moreInstancesThanAllowedAreBusy()
 {
     Handle server = createPipe(m_name, 1);
     QVERIFY(server.isOpen());
@@ -401,7 +401,7 @@ void TestNamedPipes::moreInstancesThanAllowedAreBusy()
     QVERIFY(createPipe(m_name, 1).isOpen());
 }
 
-void TestNamedPipes::aDisconnectedInstanceIsBusyUntilItListensAgain()
+void tst_NamedPipes::aDisconnectedInstanceIsBusyUntilItListensAgain()
 {
     const Handle server = createPipe(m_name);
     Handle client = openPipe(m_name);
@@ -415,7 +415,7 @@ void TestNamedPipes::aDisconnectedInstanceIsBusyUntilItListensAgain()
     QVERIFY(connected.get().ok);
 }
 
-void TestNamedPipes::clientsAreServedOneAfterAnother()
+void tst_NamedPipes::clientsAreServedOneAfterAnother()
 {
     constexpr int clients = 4;
     constexpr int messages = 25;
@@ -446,7 +446,7 @@ void TestNamedPipes::clientsAreServedOneAfterAnother()
         QCOMPARE(received.count(letter), messages);
 }
 
-void TestNamedPipes::messagesKeepTheirBoundaries()
+void tst_NamedPipes::messagesKeepTheirBoundaries()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -461,7 +461,7 @@ void TestNamedPipes::messagesKeepTheirBoundaries()
     QCOMPARE(large.bytes, QByteArray(50000, 'x'));
 }
 
-void TestNamedPipes::messagesWrittenBeforeConnectNamedPipeAreKept()
+void tst_NamedPipes::messagesWrittenBeforeConnectNamedPipeAreKept()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -470,7 +470,7 @@ void TestNamedPipes::messagesWrittenBeforeConnectNamedPipeAreKept()
     QCOMPARE(receive(server).bytes, QByteArray("early"));
 }
 
-void TestNamedPipes::aMessageLongerThanTheBufferIsReadInParts()
+void tst_NamedPipes::aMessageLongerThanTheBufferIsReadInParts()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -489,7 +489,7 @@ void TestNamedPipes::aMessageLongerThanTheBufferIsReadInParts()
     QCOMPARE(receive(server).bytes, QByteArray("next"));
 }
 
-void TestNamedPipes::anEmptyMessageIsAMessage()
+void tst_NamedPipes::anEmptyMessageIsAMessage()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -502,7 +502,7 @@ void TestNamedPipes::anEmptyMessageIsAMessage()
     QCOMPARE(receive(server).bytes, QByteArray("full"));
 }
 
-void TestNamedPipes::aClientReadsBytesAcrossMessages()
+void tst_NamedPipes::aClientReadsBytesAcrossMessages()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -517,7 +517,7 @@ void TestNamedPipes::aClientReadsBytesAcrossMessages()
     QCOMPARE(part.bytes, QByteArray("efghi"));
 }
 
-void TestNamedPipes::readFileWaitsForAMessage()
+void tst_NamedPipes::readFileWaitsForAMessage()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -528,7 +528,7 @@ void TestNamedPipes::readFileWaitsForAMessage()
     QCOMPARE(received.get().bytes, QByteArray("late"));
 }
 
-void TestNamedPipes::aClientWithoutTheRightMayNotReadOrWrite()
+void tst_NamedPipes::aClientWithoutTheRightMayNotReadOrWrite()
 {
     const Handle server = createPipe(m_name);
     const Handle reader = openPipe(m_name, GENERIC_READ);
@@ -541,7 +541,7 @@ void TestNamedPipes::aClientWithoutTheRightMayNotReadOrWrite()
     QVERIFY(receive(writer).failedWith(ERROR_ACCESS_DENIED));
 }
 
-void TestNamedPipes::whatAClientWroteBeforeItLeftIsReadFirst()
+void tst_NamedPipes::whatAClientWroteBeforeItLeftIsReadFirst()
 {
     const Handle server = createPipe(m_name);
     Handle client = openPipe(m_name);
@@ -553,7 +553,7 @@ void TestNamedPipes::whatAClientWroteBeforeItLeftIsReadFirst()
     QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
 }
 
-void TestNamedPipes::writingToAClientThatLeftFails()
+void tst_NamedPipes::writingToAClientThatLeftFails()
 {
     const Handle server = createPipe(m_name);
     Handle client = openPipe(m_name);
@@ -564,14 +564,14 @@ void TestNamedPipes::writingToAClientThatLeftFails()
     QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
 }
 
-void TestNamedPipes::readingAndWritingBeforeAnyClientFails()
+void tst_NamedPipes::readingAndWritingBeforeAnyClientFails()
 {
     const Handle server = createPipe(m_name);
     QVERIFY(receive(server).failedWith(ERROR_PIPE_LISTENING));
     QVERIFY(transmit(server, "1").failedWith(ERROR_PIPE_LISTENING));
 }
 
-void TestNamedPipes::readingAndWritingAfterDisconnectingFails()
+void tst_NamedPipes::readingAndWritingAfterDisconnectingFails()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -583,7 +583,7 @@ void TestNamedPipes::readingAndWritingAfterDisconnectingFails()
     QVERIFY(transmit(client, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
 }
 
-void TestNamedPipes::disconnectingDiscardsWhatTheClientHasNotRead()
+void tst_NamedPipes::disconnectingDiscardsWhatTheClientHasNotRead()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -600,7 +600,7 @@ void TestNamedPipes::disconnectingDiscardsWhatTheClientHasNotRead()
     QCOMPARE(receive(server).bytes, QByteArray("kept"));
 }
 
-void TestNamedPipes::disconnectingWakesAReadingClient()
+void tst_NamedPipes::disconnectingWakesAReadingClient()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -611,7 +611,7 @@ void TestNamedPipes::disconnectingWakesAReadingClient()
     QVERIFY(received.get().failedWith(ERROR_PIPE_NOT_CONNECTED));
 }
 
-void TestNamedPipes::disconnectingTwiceFails()
+void tst_NamedPipes::disconnectingTwiceFails()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -620,7 +620,7 @@ void TestNamedPipes::disconnectingTwiceFails()
     QVERIFY(dropClient(server).failedWith(ERROR_PIPE_NOT_CONNECTED));
 }
 
-void TestNamedPipes::aClientWhoseServerClosedReadsTheRestFirst()
+void tst_NamedPipes::aClientWhoseServerClosedReadsTheRestFirst()
 {
     Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -632,7 +632,7 @@ void TestNamedPipes::aClientWhoseServerClosedReadsTheRestFirst()
     QVERIFY(transmit(client, "1").failedWith(ERROR_NO_DATA));
 }
 
-void TestNamedPipes::closingTheServerWakesAReadingClient()
+void tst_NamedPipes::closingTheServerWakesAReadingClient()
 {
     Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -643,14 +643,14 @@ void TestNamedPipes::closingTheServerWakesAReadingClient()
     QVERIFY(received.get().failedWith(ERROR_BROKEN_PIPE));
 }
 
-void TestNamedPipes::addWaysToCancel()
+void tst_NamedPipes::addWaysToCancel()
 {
     QTest::addColumn<bool>("byThread");
     QTest::newRow("by handle") << false;
     QTest::newRow("by thread") << true;
 }
 
-void TestNamedPipes::cancellingEndsConnectNamedPipe()
+void tst_NamedPipes::cancellingEndsConnectNamedPipe()
 {
     QFETCH(bool, byThread);
     const Handle server = createPipe(m_name);
@@ -665,7 +665,7 @@ void TestNamedPipes::cancellingEndsConnectNamedPipe()
     QVERIFY(awaitClient(server).failedWith(ERROR_PIPE_CONNECTED));
 }
 
-void TestNamedPipes::cancellingEndsReadFile()
+void tst_NamedPipes::cancellingEndsReadFile()
 {
     QFETCH(bool, byThread);
     const Handle server = createPipe(m_name);
@@ -681,7 +681,7 @@ void TestNamedPipes::cancellingEndsReadFile()
     QCOMPARE(receive(server).bytes, QByteArray("1"));
 }
 
-void TestNamedPipes::cancellingAThreadLeavesTheOthersAlone()
+void tst_NamedPipes::cancellingAThreadLeavesTheOthersAlone()
 {
     const Handle server = createPipe(m_name);
     const Handle client = openPipe(m_name);
@@ -696,7 +696,7 @@ void TestNamedPipes::cancellingAThreadLeavesTheOthersAlone()
     QCOMPARE(other.result().bytes, QByteArray("1"));
 }
 
-void TestNamedPipes::cancellingAThreadThatDoesNotWaitFindsNothing()
+void tst_NamedPipes::cancellingAThreadThatDoesNotWaitFindsNothing()
 {
     const Handle self = openThread(GetCurrentThreadId());
     QVERIFY(self.isOpen());
@@ -715,7 +715,7 @@ void TestNamedPipes::cancellingAThreadThatDoesNotWaitFindsNothing()
     QVERIFY(receive(server).ok);
 }
 
-void TestNamedPipes::cancellingAThreadTakesTheRightTo()
+void tst_NamedPipes::cancellingAThreadTakesTheRightTo()
 {
     const Handle weak = openThread(GetCurrentThreadId(), SYNCHRONIZE);
     QVERIFY(weak.isOpen());
@@ -726,7 +726,7 @@ void TestNamedPipes::cancellingAThreadTakesTheRightTo()
     QVERIFY(cancelThread(Handle()).failedWith(ERROR_INVALID_HANDLE));
 }
 
-void TestNamedPipes::callsOnAnUnknownHandleFail()
+void tst_NamedPipes::callsOnAnUnknownHandleFail()
 {
     Handle server = createPipe(m_name);
     const HANDLE closed = server.get();
@@ -750,5 +750,5 @@ void TestNamedPipes::callsOnAnUnknownHandleFail()
     QVERIFY(outcome([&] { return CancelIoEx(closed, nullptr); }).failedWith(ERROR_INVALID_HANDLE));
 }
 
-QTEST_GUILESS_MAIN(TestNamedPipes)
+QTEST_GUILESS_MAIN(tst_NamedPipes)
 #include "tst_namedpipes.moc"

@@ -33,20 +33,19 @@ void tst_RefusedOpen::isReportedWithItsErrorAndTheNextPathIsTried()
 {
     QFETCH(quint32, error);
     QVERIFY(m_simulator.reset() && m_simulator.plug(VESMORA_PID_RX1, 1));
-    QVERIFY(m_simulator.fail(QStringLiteral("open"), 1, error));
+    QVERIFY(m_simulator.fail("open", 1, error));
     ++m_faults;
     auto device = std::make_unique<VesmoraIoControl>();
     const Opening opening = openDevice(*device);
     QVERIFY(!opening.result);
     QStringList expected = failureLines(16);
-    expected[1] = QStringLiteral("Open device %1 failed, error: %2").arg(busPath(1)).arg(error);
+    expected[1] = QString("Open device %1 failed, error: %2").arg(busPath(1)).arg(error);
     QCOMPARE(opening.lines, expected);
     QCOMPARE(opening.flushes, 16);
     QCOMPARE(textsOf(opening.calls), openTexts(15));
     QCOMPARE(textsOf(callsOfACommand(*device)), QStringList());
     QCOMPARE(textsOf(callsOfDeleting(std::move(device))), QStringList());
-    QCOMPARE(m_simulator.events(),
-             (QStringList{QStringLiteral("plug 1 1"), QStringLiteral("open !%1").arg(error)}));
+    QCOMPARE(m_simulator.events(), (QStringList{"plug 1 1", QString("open !%1").arg(error)}));
     QCOMPARE(m_simulator.state().openHandles, 0u);
 }
 

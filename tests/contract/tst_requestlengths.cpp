@@ -37,7 +37,7 @@ RawResult request(HANDLE device, quint32 code, QByteArray input, QByteArray &out
 } // namespace
 
 /// What the driver makes of requests that VesmoraIoControl never makes.
-class RequestLengthsTest : public QObject
+class tst_RequestLengths : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private:
     HANDLE m_device = INVALID_HANDLE_VALUE;
 };
 
-void RequestLengthsTest::init()
+void tst_RequestLengths::init()
 {
     QVERIFY2(m_simulator.reset() && prepareAnswers(m_simulator)
                  && m_simulator.plug(VESMORA_PID_RX1),
@@ -68,13 +68,13 @@ void RequestLengthsTest::init()
     QVERIFY(m_simulator.clearRecord());
 }
 
-void RequestLengthsTest::cleanup()
+void tst_RequestLengths::cleanup()
 {
     QVERIFY(CloseHandle(m_device));
     QTRY_COMPARE(m_simulator.state().openHandles, 0u);
 }
 
-void RequestLengthsTest::theDriverRejectsWrongLengths_data()
+void tst_RequestLengths::theDriverRejectsWrongLengths_data()
 {
     QTest::addColumn<quint32>("code");
     QTest::addColumn<int>("inputLength");
@@ -104,7 +104,7 @@ void RequestLengthsTest::theDriverRejectsWrongLengths_data()
     QCOMPARE(codes.size(), 17);
 }
 
-void RequestLengthsTest::theDriverRejectsWrongLengths()
+void tst_RequestLengths::theDriverRejectsWrongLengths()
 {
     QFETCH(quint32, code);
     QFETCH(int, inputLength);
@@ -124,7 +124,7 @@ void RequestLengthsTest::theDriverRejectsWrongLengths()
     QCOMPARE(records[0].error, error);
 }
 
-void RequestLengthsTest::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes_data()
+void tst_RequestLengths::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes_data()
 {
     QTest::addColumn<int>("index");
     for (int i = 0; i < driverCommands().size(); ++i) {
@@ -133,7 +133,7 @@ void RequestLengthsTest::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes_data(
     }
 }
 
-void RequestLengthsTest::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes()
+void tst_RequestLengths::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes()
 {
     QFETCH(int, index);
     const DriverCommand &command = driverCommands()[index];
@@ -146,7 +146,7 @@ void RequestLengthsTest::aLongerReplyBufferIsFilledOnlyAsFarAsTheReplyGoes()
     QCOMPARE(output.sliced(length), QByteArray(9, '\x55'));
 }
 
-void RequestLengthsTest::theDriverRejectsCodesThatAreNotUsed_data()
+void tst_RequestLengths::theDriverRejectsCodesThatAreNotUsed_data()
 {
     QTest::addColumn<quint32>("function");
     for (quint32 function = 0x809; function <= 0x826; ++function) {
@@ -159,7 +159,7 @@ void RequestLengthsTest::theDriverRejectsCodesThatAreNotUsed_data()
     }
 }
 
-void RequestLengthsTest::theDriverRejectsCodesThatAreNotUsed()
+void tst_RequestLengths::theDriverRejectsCodesThatAreNotUsed()
 {
     QFETCH(quint32, function);
     QByteArray output(4, '\x55');
@@ -169,5 +169,5 @@ void RequestLengthsTest::theDriverRejectsCodesThatAreNotUsed()
     QCOMPARE(output, QByteArray(4, '\x55'));
 }
 
-QTEST_GUILESS_MAIN(RequestLengthsTest)
+QTEST_GUILESS_MAIN(tst_RequestLengths)
 #include "tst_requestlengths.moc"

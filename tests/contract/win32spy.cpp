@@ -9,22 +9,21 @@ QString hex(quint32 number)
 
 QString presence(const void *pointer)
 {
-    return pointer ? QStringLiteral("given") : QStringLiteral("null");
+    return pointer ? "given" : "null";
 }
 
 QString bufferText(const void *buffer, qsizetype length)
 {
     if (!buffer && length == 0)
-        return QStringLiteral("none");
-    return buffer ? QStringLiteral("%1 bytes").arg(length)
-                  : QStringLiteral("null of %1 bytes").arg(length);
+        return "none";
+    return buffer ? QString("%1 bytes").arg(length) : QString("null of %1 bytes").arg(length);
 }
 
 QString openText(const QString &path, DWORD access, DWORD share, const void *security,
                  DWORD disposition, DWORD flags, const void *templateFile)
 {
-    return QStringLiteral("CreateFileW %1 access=%2 share=%3 security=%4 disposition=%5 flags=%6 "
-                          "template=%7")
+    return QString("CreateFileW %1 access=%2 share=%3 security=%4 disposition=%5 flags=%6 "
+                   "template=%7")
         .arg(path, hex(quint32(access)), hex(quint32(share)), presence(security),
              hex(quint32(disposition)), hex(quint32(flags)), presence(templateFile));
 }
@@ -32,7 +31,7 @@ QString openText(const QString &path, DWORD access, DWORD share, const void *sec
 QString commandText(quint32 code, const QString &input, const QString &output,
                     const QString &returned, const void *overlapped)
 {
-    return QStringLiteral("DeviceIoControl %1 in=%2 out=%3 returned=%4 overlapped=%5")
+    return QString("DeviceIoControl %1 in=%2 out=%3 returned=%4 overlapped=%5")
         .arg(hex(code), input, output, returned, presence(overlapped));
 }
 
@@ -71,15 +70,14 @@ QString Win32Spy::openText(const QString &path)
 QString Win32Spy::commandText(quint32 code, qsizetype inputLength, qsizetype outputLength)
 {
     const auto buffer = [](qsizetype length) {
-        return length == 0 ? QStringLiteral("none") : QStringLiteral("%1 bytes").arg(length);
+        return length == 0 ? "none" : QString("%1 bytes").arg(length);
     };
-    return ::commandText(code, buffer(inputLength), buffer(outputLength), QStringLiteral("0"),
-                         nullptr);
+    return ::commandText(code, buffer(inputLength), buffer(outputLength), "0", nullptr);
 }
 
 QString Win32Spy::closeText()
 {
-    return QStringLiteral("CloseHandle");
+    return "CloseHandle";
 }
 
 void Win32Spy::note(Win32Call call, bool succeeded)
@@ -112,10 +110,9 @@ BOOL Win32Spy::deviceIoControl(DeviceIoControlFunction real, HANDLE device, DWOR
                                LPDWORD returned, LPOVERLAPPED overlapped)
 {
     Win32Call call;
-    call.text =
-        ::commandText(quint32(code), bufferText(input, qsizetype(inputLength)),
-                      bufferText(output, qsizetype(outputLength)),
-                      returned ? QString::number(*returned) : QStringLiteral("null"), overlapped);
+    call.text = ::commandText(quint32(code), bufferText(input, qsizetype(inputLength)),
+                              bufferText(output, qsizetype(outputLength)),
+                              returned ? QString::number(*returned) : "null", overlapped);
     call.handle = device;
     call.input = input;
     call.inputBytes = bytesOf(input, qsizetype(inputLength));

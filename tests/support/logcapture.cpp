@@ -37,7 +37,7 @@ void LogCapture::handle(QtMsgType type, const QMessageLogContext &context, const
         return;
     }
     QString line = text;
-    while (line.endsWith(QLatin1Char(' ')))
+    while (line.endsWith(' '))
         line.chop(1);
     const QMutexLocker locker(&s_current->m_mutex);
     s_current->m_lines.append(line);

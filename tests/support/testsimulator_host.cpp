@@ -22,7 +22,7 @@ TestSimulator::TestSimulator()
     qputenv("VESMORA_HOST_DIR", m_lane->deviceFolder.path().toLocal8Bit());
     QProcess &process = m_lane->process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QStringLiteral(VESMORA_SIM_PROGRAM), QStringList());
+    process.start(VESMORA_SIM_PROGRAM, QStringList());
     QByteArray output;
     while (!output.contains("ready") && process.waitForReadyRead(startTimeout))
         output += process.readAllStandardOutput();

@@ -16,7 +16,7 @@ namespace {
 int valueOf(const QString &letters)
 {
     const QStringList files =
-        QDir(QDir::tempPath()).entryList({QStringLiteral("qipc_systemsem_%1*").arg(letters)});
+        QDir(QDir::tempPath()).entryList({QString("qipc_systemsem_%1*").arg(letters)});
     if (files.size() != 1)
         return -1;
     const QByteArray path = QFile::encodeName(QDir::temp().filePath(files.constFirst()));
@@ -37,7 +37,7 @@ QString letterKey()
 } // namespace
 
 /// Start-up takes the semaphore once and releases it once, whatever it finds.
-class InstanceSemaphoreTest : public QObject
+class tst_InstanceSemaphore : public QObject
 {
     Q_OBJECT
 
@@ -46,7 +46,7 @@ private slots:
     void isReleasedExactlyOnce();
 };
 
-void InstanceSemaphoreTest::isReleasedExactlyOnce_data()
+void tst_InstanceSemaphore::isReleasedExactlyOnce_data()
 {
     QTest::addColumn<bool>("isTaken");
     QTest::addColumn<bool>("hasName");
@@ -55,7 +55,7 @@ void InstanceSemaphoreTest::isReleasedExactlyOnce_data()
     QTest::newRow("no marker") << false << false;
 }
 
-void InstanceSemaphoreTest::isReleasedExactlyOnce()
+void tst_InstanceSemaphore::isReleasedExactlyOnce()
 {
     QFETCH(bool, isTaken);
     QFETCH(bool, hasName);
@@ -75,5 +75,5 @@ void InstanceSemaphoreTest::isReleasedExactlyOnce()
     QCOMPARE(valueOf(key), 1);
 }
 
-QTEST_GUILESS_MAIN(InstanceSemaphoreTest)
+QTEST_GUILESS_MAIN(tst_InstanceSemaphore)
 #include "tst_instancesemaphore.moc"

@@ -11,7 +11,7 @@
 #include <vector>
 
 /// How a starting process learns whether it is the only one.
-class SingleInstanceTest : public QObject
+class tst_SingleInstance : public QObject
 {
     Q_OBJECT
 
@@ -31,14 +31,14 @@ private:
     QString m_markerKey;
 };
 
-void SingleInstanceTest::init()
+void tst_SingleInstance::init()
 {
     const QString unique = QUuid::createUuid().toString(QUuid::Id128);
-    m_semaphoreKey = QStringLiteral("semaphore") + unique;
-    m_markerKey = QStringLiteral("marker") + unique;
+    m_semaphoreKey = QString("semaphore") + unique;
+    m_markerKey = QString("marker") + unique;
 }
 
-void SingleInstanceTest::theFirstCopyGoesOn()
+void tst_SingleInstance::theFirstCopyGoesOn()
 {
     QSystemSemaphore semaphore(m_semaphoreKey, 1, QSystemSemaphore::Open);
     QSharedMemory marker(m_markerKey);
@@ -49,7 +49,7 @@ void SingleInstanceTest::theFirstCopyGoesOn()
     QVERIFY(marker.size() >= 1);
 }
 
-void SingleInstanceTest::aSecondCopyEndsWithZeroAndLeavesTheFirstAlone()
+void tst_SingleInstance::aSecondCopyEndsWithZeroAndLeavesTheFirstAlone()
 {
     QSystemSemaphore semaphore(m_semaphoreKey, 1, QSystemSemaphore::Open);
     QSharedMemory first(m_markerKey);
@@ -65,7 +65,7 @@ void SingleInstanceTest::aSecondCopyEndsWithZeroAndLeavesTheFirstAlone()
     QVERIFY(first.isAttached());
 }
 
-void SingleInstanceTest::aMarkerThatCannotBeMadeEndsWithMinusOne()
+void tst_SingleInstance::aMarkerThatCannotBeMadeEndsWithMinusOne()
 {
     QSystemSemaphore semaphore(m_semaphoreKey, 1, QSystemSemaphore::Open);
     QSharedMemory nameless;
@@ -74,7 +74,7 @@ void SingleInstanceTest::aMarkerThatCannotBeMadeEndsWithMinusOne()
     QCOMPARE(log.lines(), QStringList{"无法创建共享内存，程序退出。"});
 }
 
-void SingleInstanceTest::theMarkGoesWithTheFirstCopy()
+void tst_SingleInstance::theMarkGoesWithTheFirstCopy()
 {
     QSystemSemaphore semaphore(m_semaphoreKey, 1, QSystemSemaphore::Open);
     for (int run = 0; run < 2; ++run) {
@@ -83,7 +83,7 @@ void SingleInstanceTest::theMarkGoesWithTheFirstCopy()
     }
 }
 
-void SingleInstanceTest::ofCopiesThatStartTogetherOneGoesOn()
+void tst_SingleInstance::ofCopiesThatStartTogetherOneGoesOn()
 {
     constexpr int copies = 8;
     const QSystemSemaphore keepsTheKey(m_semaphoreKey, 1, QSystemSemaphore::Open);
@@ -109,7 +109,7 @@ void SingleInstanceTest::ofCopiesThatStartTogetherOneGoesOn()
     QCOMPARE(log.lines(), QStringList(copies - 1, "Vesmora Mixer 已经在运行中。"));
 }
 
-void SingleInstanceTest::theSemaphoreIsFreeAfterEachWayOut_data()
+void tst_SingleInstance::theSemaphoreIsFreeAfterEachWayOut_data()
 {
     QTest::addColumn<bool>("isTaken");
     QTest::addColumn<bool>("hasName");
@@ -118,7 +118,7 @@ void SingleInstanceTest::theSemaphoreIsFreeAfterEachWayOut_data()
     QTest::newRow("no marker") << false << false;
 }
 
-void SingleInstanceTest::theSemaphoreIsFreeAfterEachWayOut()
+void tst_SingleInstance::theSemaphoreIsFreeAfterEachWayOut()
 {
     QFETCH(bool, isTaken);
     QFETCH(bool, hasName);
@@ -141,5 +141,5 @@ void SingleInstanceTest::theSemaphoreIsFreeAfterEachWayOut()
     QVERIFY(wasFree);
 }
 
-QTEST_GUILESS_MAIN(SingleInstanceTest)
+QTEST_GUILESS_MAIN(tst_SingleInstance)
 #include "tst_singleinstance.moc"

@@ -6,24 +6,24 @@
 
 namespace {
 
-const QString englishFile = QStringLiteral("VesmoraDriver_en_US.qm");
-const QString chineseFile = QStringLiteral("VesmoraDriver_zh_CN.qm");
+const QString englishFile = "VesmoraDriver_en_US.qm";
+const QString chineseFile = "VesmoraDriver_zh_CN.qm";
 
 const QStringList englishTexts{"Quit", "Sound card not connected!"};
 const QStringList chineseTexts{"退出", "声卡未连接！"};
 const QStringList sourceTexts{"Quit", "声卡未连接！"};
 
-const QString noTranslation = QStringLiteral("未找到任何翻译文件，使用原始文本");
+const QString noTranslation = "未找到任何翻译文件，使用原始文本";
 
 QStringList linesOf(const QByteArray &output)
 {
-    return QString::fromUtf8(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromUtf8(output).split('\n', Qt::SkipEmptyParts);
 }
 
 } // namespace
 
 /// The choice of a translation file, made by a program of its own in a folder of its own.
-class TranslationTest : public QObject
+class tst_Translation : public QObject
 {
     Q_OBJECT
 
@@ -55,43 +55,41 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void TranslationTest::initTestCase()
+void tst_Translation::initTestCase()
 {
     QVERIFY(QFileInfo::exists(qEnvironmentVariable("TRANSLATION_PROBE")));
     QVERIFY(QFileInfo::exists(qEnvironmentVariable("TRANSLATIONS")));
 }
 
-void TranslationTest::init()
+void tst_Translation::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(QFile::copy(qEnvironmentVariable("TRANSLATION_PROBE"), path("probe")));
 }
 
-void TranslationTest::addFile(const QString &name)
+void tst_Translation::addFile(const QString &name)
 {
-    QVERIFY(
-        QFile::copy(qEnvironmentVariable("TRANSLATIONS") + QLatin1Char('/') + name, path(name)));
+    QVERIFY(QFile::copy(qEnvironmentVariable("TRANSLATIONS") + '/' + name, path(name)));
 }
 
-QString TranslationTest::fileLog(const char *what, const QString &file) const
+QString tst_Translation::fileLog(const char *what, const QString &file) const
 {
-    return QStringLiteral("%1 \"%2\"").arg(QString::fromUtf8(what), path(file));
+    return QString("%1 \"%2\"").arg(QString::fromUtf8(what), path(file));
 }
 
-QStringList TranslationTest::searchLog(const QString &locale, const QString &file) const
+QStringList tst_Translation::searchLog(const QString &locale, const QString &file) const
 {
-    return {QStringLiteral("系统返回的语言代码： \"%1\"").arg(locale),
-            fileLog("拼接后的路径：", file)};
+    return {QString("系统返回的语言代码： \"%1\"").arg(locale), fileLog("拼接后的路径：", file)};
 }
 
-TranslationTest::Said TranslationTest::speak(const QString &locale)
+tst_Translation::Said tst_Translation::speak(const QString &locale)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"LC_ALL", "LC_NUMERIC", "LC_MESSAGES", "LANGUAGE"})
-        environment.remove(QLatin1String(name));
-    environment.insert(QStringLiteral("LC_CTYPE"), QStringLiteral("C.UTF-8"));
-    environment.insert(QStringLiteral("LANG"), locale + QStringLiteral(".UTF-8"));
-    environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
+        environment.remove(name);
+    environment.insert("LC_CTYPE", "C.UTF-8");
+    environment.insert("LANG", locale + ".UTF-8");
+    environment.insert("QT_FORCE_STDERR_LOGGING", "1");
     QProcess probe;
     probe.setProcessEnvironment(environment);
     probe.start(path("probe"), QStringList());
@@ -100,7 +98,7 @@ TranslationTest::Said TranslationTest::speak(const QString &locale)
     return {linesOf(probe.readAllStandardError()), linesOf(probe.readAllStandardOutput())};
 }
 
-void TranslationTest::theLocaleChoosesTheFile_data()
+void tst_Translation::theLocaleChoosesTheFile_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QStringList>("texts");
@@ -111,7 +109,7 @@ void TranslationTest::theLocaleChoosesTheFile_data()
         QTest::newRow(locale) << chineseFile << chineseTexts;
 }
 
-void TranslationTest::theLocaleChoosesTheFile()
+void tst_Translation::theLocaleChoosesTheFile()
 {
     QFETCH(QString, file);
     QFETCH(QStringList, texts);
@@ -123,31 +121,31 @@ void TranslationTest::theLocaleChoosesTheFile()
     QCOMPARE(said.texts, texts);
 }
 
-void TranslationTest::withoutTheChosenFileTheEnglishOneIsTheDefault()
+void tst_Translation::withoutTheChosenFileTheEnglishOneIsTheDefault()
 {
     addFile(englishFile);
-    const Said said = speak(QStringLiteral("zh_CN"));
+    const Said said = speak("zh_CN");
     QCOMPARE(said.log,
              searchLog("zh_CN", chineseFile)
                  + QStringList{fileLog("加载默认翻译文件：", englishFile)});
     QCOMPARE(said.texts, englishTexts);
 }
 
-void TranslationTest::aDamagedFileCountsAsMissing()
+void tst_Translation::aDamagedFileCountsAsMissing()
 {
     addFile(englishFile);
     QFile damaged(path(chineseFile));
     QVERIFY(damaged.open(QIODevice::WriteOnly));
     damaged.write("no translation at all");
     damaged.close();
-    const Said said = speak(QStringLiteral("zh_TW"));
+    const Said said = speak("zh_TW");
     QCOMPARE(said.log,
              searchLog("zh_TW", chineseFile)
                  + QStringList{fileLog("加载默认翻译文件：", englishFile)});
     QCOMPARE(said.texts, englishTexts);
 }
 
-void TranslationTest::withoutAnyFileTheSourceTextsStay_data()
+void tst_Translation::withoutAnyFileTheSourceTextsStay_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("en_US") << englishFile;
@@ -155,7 +153,7 @@ void TranslationTest::withoutAnyFileTheSourceTextsStay_data()
     QTest::newRow("fr_FR") << englishFile;
 }
 
-void TranslationTest::withoutAnyFileTheSourceTextsStay()
+void tst_Translation::withoutAnyFileTheSourceTextsStay()
 {
     QFETCH(QString, file);
     const QString locale = QString::fromLatin1(QTest::currentDataTag());
@@ -164,13 +162,13 @@ void TranslationTest::withoutAnyFileTheSourceTextsStay()
     QCOMPARE(said.texts, sourceTexts);
 }
 
-void TranslationTest::aFileOfAnotherLanguageIsNoDefault()
+void tst_Translation::aFileOfAnotherLanguageIsNoDefault()
 {
     addFile(chineseFile);
-    const Said said = speak(QStringLiteral("en_US"));
+    const Said said = speak("en_US");
     QCOMPARE(said.log, searchLog("en_US", englishFile) + QStringList{noTranslation});
     QCOMPARE(said.texts, sourceTexts);
 }
 
-QTEST_GUILESS_MAIN(TranslationTest)
+QTEST_GUILESS_MAIN(tst_Translation)
 #include "tst_translation.moc"

@@ -10,12 +10,12 @@
 
 namespace {
 
-const QString styleOff = QStringLiteral(
+const QString styleOff =
     "QPushButton {   color: #00ff7f;   background-color: #1b1e23;   border-radius: 3px;}"
-    "QPushButton:pressed {   background-color: #1b1e23;}");
-const QString styleOn = QStringLiteral(
+    "QPushButton:pressed {   background-color: #1b1e23;}";
+const QString styleOn =
     "QPushButton {   color: #000000;   background-color: #00ff7f;   border-radius: 3px;}"
-    "QPushButton:pressed {   background-color: #00ff7f;}");
+    "QPushButton:pressed {   background-color: #00ff7f;}";
 
 struct Click {
     Qt::MouseButton button;

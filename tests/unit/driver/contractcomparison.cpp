@@ -13,8 +13,7 @@ using Cells = QStringList;
 
 QString hex(quint32 number, int digits)
 {
-    return QStringLiteral("0x")
-        + QString::number(number, 16).toUpper().rightJustified(digits, u'0');
+    return QString("0x") + QString::number(number, 16).toUpper().rightJustified(digits, u'0');
 }
 
 QString quoted(const QString &name)
@@ -104,27 +103,27 @@ Cells Comparison::expected(const QString &kind, const Cells &cells)
 {
     const QString name = unquoted(cells.first());
     const auto plain = [&](const QString &text) { return Cells{cells.first(), text}; };
-    if (kind == QLatin1String("Control code"))
+    if (kind == "Control code")
         return controlCode(name);
-    if (kind == QLatin1String("Constant"))
+    if (kind == "Constant")
         return constant(name, cells);
-    if (kind == QLatin1String("Opcode"))
+    if (kind == "Opcode")
         return opcode(name, cells);
-    if (kind == QLatin1String("Pipe"))
+    if (kind == "Pipe")
         return pipe(name);
-    if (kind == QLatin1String("Structure"))
+    if (kind == "Structure")
         return structure(name);
-    if (kind == QLatin1String("Field"))
+    if (kind == "Field")
         return field(name);
-    if (kind == QLatin1String("Row"))
+    if (kind == "Row")
         return crosspoint(cells);
-    if (kind == QLatin1String("Output gain"))
+    if (kind == "Output gain")
         return outputGain(cells);
-    if (kind == QLatin1String("Level"))
+    if (kind == "Level")
         return level(cells);
-    if (kind == QLatin1String("Decibels"))
+    if (kind == "Decibels")
         return plain(QString::number(VesmoraIoControl::dbToGain(name.toDouble()), 'g', 10));
-    if (kind == QLatin1String("Peak"))
+    if (kind == "Peak")
         return plain(QString::number(VesmoraIoControl::peakToDb(name.toInt()), 'f', 1) + " dB");
     return {};
 }
@@ -144,7 +143,7 @@ Cells Comparison::constant(const QString &name, const Cells &cells) const
     if (!m_header.constants.contains(name))
         return {"no such constant"};
     const quint32 number = m_header.constants.value(name);
-    const bool isHex = cells.at(1).startsWith(QLatin1String("0x"));
+    const bool isHex = cells.at(1).startsWith("0x");
     const auto digits = static_cast<int>(cells.at(1).size()) - 2;
     return {quoted(name), isHex ? hex(number, digits) : QString::number(number)};
 }
@@ -154,8 +153,8 @@ Cells Comparison::opcode(const QString &name, const Cells &cells) const
     if (!m_header.constants.contains(name) || cells.size() < 7)
         return {"no such opcode"};
     const quint32 number = m_header.constants.value(name);
-    const bool hasChannel = cells.at(2) != QLatin1String("none");
-    const bool hasValue = cells.at(2) == QLatin1String("length");
+    const bool hasChannel = cells.at(2) != "none";
+    const bool hasValue = cells.at(2) == "length";
     return {quoted(name),
             hex(number, 2),
             cells.at(2),
@@ -172,12 +171,12 @@ QString Comparison::packetOf(quint32 opcode, const QString &argument, const QStr
     const auto match = call.match(example);
     const int channel = match.captured(1).toInt();
     const int value = match.captured(2).toInt();
-    const bool isVolume = argument == QLatin1String("length");
+    const bool isVolume = argument == "length";
 
     QByteArray bytes(m_header.structures.value("CommandPacket").fields.value("padding").offset, 0);
     const auto put = [&](const char *field, quint32 byte) {
         const auto fields = m_header.structures.value("CommandPacket").fields;
-        bytes[fields.value(QLatin1String(field)).offset] = static_cast<char>(byte);
+        bytes[fields.value(field).offset] = static_cast<char>(byte);
     };
     put("kind", this->value("VESMORA_PACKET_KIND"));
     put("opcode", opcode);
@@ -243,7 +242,7 @@ Cells Comparison::level(const Cells &cells) const
 
 quint32 Comparison::value(const char *name) const
 {
-    return m_header.constants.value(QLatin1String(name));
+    return m_header.constants.value(name);
 }
 
 void Comparison::complainAboutMissing()

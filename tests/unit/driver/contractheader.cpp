@@ -56,14 +56,14 @@ Reader::Reader(const QString &text)
     };
     // Structures need the constants, and control codes the structures.
     forEachDefinition([this](const QString &name, const QString &definition) {
-        if (!definition.startsWith(QLatin1String("VESMORA_CONTROL_CODE(")))
+        if (!definition.startsWith("VESMORA_CONTROL_CODE("))
             readDefinition(name, definition);
     });
     forEachMatch("^typedef struct (\\w+) \\{(.*?)^\\}", joined, [this](const Match &match) {
         readStructure(match.captured(1), match.captured(2));
     });
     forEachDefinition([this](const QString &name, const QString &definition) {
-        if (definition.startsWith(QLatin1String("VESMORA_CONTROL_CODE(")))
+        if (definition.startsWith("VESMORA_CONTROL_CODE("))
             readDefinition(name, definition);
     });
 }
@@ -90,7 +90,7 @@ void Reader::readControlCode(const QString &name, const Match &match)
     ContractHeader::ControlCode code;
     code.inputLength = bufferLength("in", remark);
     code.outputLength = bufferLength("out", remark);
-    const bool isSaid = code.inputLength || code.outputLength || remark == QLatin1String("neither");
+    const bool isSaid = code.inputLength || code.outputLength || remark == "neither";
     if (!readNumber(match.captured(1), code.function) || !isSaid)
         header.unread.append(name);
     header.controlCodes.insert(name, code);

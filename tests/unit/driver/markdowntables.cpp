@@ -20,7 +20,7 @@ bool isRow(const QString &line)
 
 bool isRule(const QString &line)
 {
-    return line.startsWith(QLatin1String("|---"));
+    return line.startsWith("|---");
 }
 
 } // namespace
@@ -32,7 +32,7 @@ QList<MarkdownTable> markdownTables(const QString &page)
     bool isFenced = false;
     const QStringList lines = page.split(u'\n');
     for (const QString &line : lines) {
-        if (line.startsWith(QLatin1String("```")))
+        if (line.startsWith("```"))
             isFenced = !isFenced;
         if (isFenced || !isRow(line))
             isInTable = false;

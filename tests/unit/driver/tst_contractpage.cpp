@@ -28,7 +28,7 @@ QString replaced(QString text, const QString &before, const QString &after)
 
 /// The page for driver engineers says what the header says, and the comparison would notice if it
 /// did not.
-class ContractPageTest : public QObject
+class tst_ContractPage : public QObject
 {
     Q_OBJECT
 
@@ -46,20 +46,20 @@ private:
     const QString m_header = contentsOf(CONTRACT_HEADER) + contentsOf(PIPES_HEADER);
 };
 
-void ContractPageTest::thePageSaysWhatTheHeaderSays()
+void tst_ContractPage::thePageSaysWhatTheHeaderSays()
 {
     const QStringList differences = contractDifferences(m_page, m_header);
     QVERIFY2(differences.isEmpty(), qPrintable(differences.join(u'\n')));
 }
 
-void ContractPageTest::thePageNamesTheFirstAndTheLastDevice()
+void tst_ContractPage::thePageNamesTheFirstAndTheLastDevice()
 {
     for (const std::wstring &path : {devicePaths.front(), devicePaths.back()})
         QVERIFY2(m_page.contains(u'`' + QString::fromStdWString(path) + u'`'),
                  qPrintable(QString::fromStdWString(path)));
 }
 
-void ContractPageTest::theHeaderIsReadAsACompilerReadsIt()
+void tst_ContractPage::theHeaderIsReadAsACompilerReadsIt()
 {
     const ContractHeader header = readContractHeader(m_header);
     QCOMPARE(header.unread, QStringList());
@@ -88,7 +88,7 @@ void ContractPageTest::theHeaderIsReadAsACompilerReadsIt()
     QCOMPARE(request.fields.value("showSettings").offset, offsetof(WindowRequest, showSettings));
 }
 
-void ContractPageTest::aWrongNumberOnThePageIsNoticed_data()
+void tst_ContractPage::aWrongNumberOnThePageIsNoticed_data()
 {
     QTest::addColumn<QString>("right");
     QTest::addColumn<QString>("wrong");
@@ -148,7 +148,7 @@ void ContractPageTest::aWrongNumberOnThePageIsNoticed_data()
                                    << "| 768 | 192 | peaks |";
 }
 
-void ContractPageTest::aWrongNumberOnThePageIsNoticed()
+void tst_ContractPage::aWrongNumberOnThePageIsNoticed()
 {
     QFETCH(QString, right);
     QFETCH(QString, wrong);
@@ -156,7 +156,7 @@ void ContractPageTest::aWrongNumberOnThePageIsNoticed()
     QVERIFY(!differences.isEmpty());
 }
 
-void ContractPageTest::aChangeInTheHeaderIsNoticed_data()
+void tst_ContractPage::aChangeInTheHeaderIsNoticed_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("after");
@@ -208,7 +208,7 @@ void ContractPageTest::aChangeInTheHeaderIsNoticed_data()
         << "found: `WindowRequest` | 20, expected: `WindowRequest` | 24";
 }
 
-void ContractPageTest::aChangeInTheHeaderIsNoticed()
+void tst_ContractPage::aChangeInTheHeaderIsNoticed()
 {
     QFETCH(QString, before);
     QFETCH(QString, after);
@@ -217,5 +217,5 @@ void ContractPageTest::aChangeInTheHeaderIsNoticed()
     QVERIFY2(differences.contains(difference), qPrintable(differences.join(u'\n')));
 }
 
-QTEST_APPLESS_MAIN(ContractPageTest)
+QTEST_APPLESS_MAIN(tst_ContractPage)
 #include "tst_contractpage.moc"

@@ -2,7 +2,7 @@
 
 #include <QTest>
 
-class DevicePathsTest : public QObject
+class tst_DevicePaths : public QObject
 {
     Q_OBJECT
 
@@ -10,7 +10,7 @@ private slots:
     void listsSixteenBussesInOrder();
 };
 
-void DevicePathsTest::listsSixteenBussesInOrder()
+void tst_DevicePaths::listsSixteenBussesInOrder()
 {
     const std::vector<std::wstring> expected{
         LR"(\\.\VesmoraAudioBus0)",  LR"(\\.\VesmoraAudioBus1)",  LR"(\\.\VesmoraAudioBus2)",
@@ -28,5 +28,5 @@ void DevicePathsTest::listsSixteenBussesInOrder()
     QCOMPARE(texts(devicePaths), texts(expected));
 }
 
-QTEST_APPLESS_MAIN(DevicePathsTest)
+QTEST_APPLESS_MAIN(tst_DevicePaths)
 #include "tst_devicepaths.moc"

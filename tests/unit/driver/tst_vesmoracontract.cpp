@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-class VesmoraContractTest : public QObject
+class tst_VesmoraContract : public QObject
 {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ private slots:
     void aCCompilerSeesTheSame();
 };
 
-void VesmoraContractTest::controlCodesHaveTheirNumbers_data()
+void tst_VesmoraContract::controlCodesHaveTheirNumbers_data()
 {
     QTest::addColumn<quint32>("code");
     QTest::addColumn<quint32>("number");
@@ -47,7 +47,7 @@ void VesmoraContractTest::controlCodesHaveTheirNumbers_data()
     QTest::newRow("vendorRequest") << VESMORA_VENDOR_REQUEST << 0xFFDC20A0u << 0x828u;
 }
 
-void VesmoraContractTest::controlCodesHaveTheirNumbers()
+void tst_VesmoraContract::controlCodesHaveTheirNumbers()
 {
     QFETCH(quint32, code);
     QFETCH(quint32, number);
@@ -59,7 +59,7 @@ void VesmoraContractTest::controlCodesHaveTheirNumbers()
     QCOMPARE(code & 3u, 0u); // METHOD_BUFFERED
 }
 
-void VesmoraContractTest::constantsHaveTheirNumbers_data()
+void tst_VesmoraContract::constantsHaveTheirNumbers_data()
 {
     QTest::addColumn<quint32>("constant");
     QTest::addColumn<quint32>("number");
@@ -82,14 +82,14 @@ void VesmoraContractTest::constantsHaveTheirNumbers_data()
     QTest::newRow("first output row") << quint32(VESMORA_FIRST_OUTPUT_ROW) << 64u;
 }
 
-void VesmoraContractTest::constantsHaveTheirNumbers()
+void tst_VesmoraContract::constantsHaveTheirNumbers()
 {
     QFETCH(quint32, constant);
     QFETCH(quint32, number);
     QCOMPARE(constant, number);
 }
 
-void VesmoraContractTest::buffersHaveTheirSizes()
+void tst_VesmoraContract::buffersHaveTheirSizes()
 {
     QCOMPARE(sizeof(CommandPacket), std::size_t(37));
     QCOMPARE(sizeof(VendorReply), std::size_t(32));
@@ -98,14 +98,14 @@ void VesmoraContractTest::buffersHaveTheirSizes()
     QCOMPARE(sizeof(MeterRecord), std::size_t(768));
 }
 
-void VesmoraContractTest::aPacketIsThirtySevenBytesInThisOrder()
+void tst_VesmoraContract::aPacketIsThirtySevenBytesInThisOrder()
 {
     const CommandPacket packet{1, 2, 3, 4, 5, 6, 7, {8, 9}};
     QByteArray bytes(reinterpret_cast<const char *>(&packet), sizeof packet);
     QCOMPARE(bytes.toHex(), QByteArray("010203040506070809") + QByteArray(28 * 2, '0'));
 }
 
-void VesmoraContractTest::matrixEntriesLieRowAfterRow_data()
+void tst_VesmoraContract::matrixEntriesLieRowAfterRow_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("column");
@@ -118,7 +118,7 @@ void VesmoraContractTest::matrixEntriesLieRowAfterRow_data()
         QTest::addRow("%d %d", row, column) << row << column << index;
 }
 
-void VesmoraContractTest::matrixEntriesLieRowAfterRow()
+void tst_VesmoraContract::matrixEntriesLieRowAfterRow()
 {
     QFETCH(int, row);
     QFETCH(int, column);
@@ -131,7 +131,7 @@ void VesmoraContractTest::matrixEntriesLieRowAfterRow()
     QCOMPARE(flat.count(0.0), 8287);
 }
 
-void VesmoraContractTest::outputGainsFollowTheMatrix()
+void tst_VesmoraContract::outputGainsFollowTheMatrix()
 {
     MixerBlock block{};
     block.outputGains[0] = 1.0;
@@ -144,7 +144,7 @@ void VesmoraContractTest::outputGainsFollowTheMatrix()
     QCOMPARE(flat.indexOf(3.0), 8287);
 }
 
-void VesmoraContractTest::theMeterRecordIsSignedNumbersOneAfterTheOther()
+void tst_VesmoraContract::theMeterRecordIsSignedNumbersOneAfterTheOther()
 {
     MeterRecord record{};
     QCOMPARE(std::size(record.levels), std::size_t(192));
@@ -155,7 +155,7 @@ void VesmoraContractTest::theMeterRecordIsSignedNumbersOneAfterTheOther()
     QCOMPARE(bytes.last(4).toHex(), QByteArray("04030201"));
 }
 
-void VesmoraContractTest::aCCompilerSeesTheSame()
+void tst_VesmoraContract::aCCompilerSeesTheSame()
 {
     QCOMPARE(contractSeenByC.commandPacket, std::size_t(37));
     QCOMPARE(contractSeenByC.argument, std::size_t(3));
@@ -168,5 +168,5 @@ void VesmoraContractTest::aCCompilerSeesTheSame()
     QCOMPARE(contractSeenByC.meterRecord, std::size_t(768));
 }
 
-QTEST_APPLESS_MAIN(VesmoraContractTest)
+QTEST_APPLESS_MAIN(tst_VesmoraContract)
 #include "tst_vesmoracontract.moc"

@@ -19,7 +19,7 @@ bool agrees(double actual, double expected)
 
 } // namespace
 
-class VesmoraIoControlTest : public QObject
+class tst_VesmoraIoControl : public QObject
 {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ private slots:
     void peakToDbOfTheMostNegativeValueIsNotANumber();
 };
 
-void VesmoraIoControlTest::isAPlainClassThatHoldsAHandleAlone()
+void tst_VesmoraIoControl::isAPlainClassThatHoldsAHandleAlone()
 {
     QCOMPARE(sizeof(VesmoraIoControl), sizeof(HANDLE));
     QVERIFY(std::is_standard_layout_v<VesmoraIoControl>);
@@ -51,7 +51,7 @@ void VesmoraIoControlTest::isAPlainClassThatHoldsAHandleAlone()
     QVERIFY(!std::is_copy_constructible_v<VesmoraIoControl>);
 }
 
-void VesmoraIoControlTest::dbToGainIsTheLinearFactor_data()
+void tst_VesmoraIoControl::dbToGainIsTheLinearFactor_data()
 {
     QTest::addColumn<double>("db");
     QTest::addColumn<double>("gain");
@@ -67,7 +67,7 @@ void VesmoraIoControlTest::dbToGainIsTheLinearFactor_data()
     QTest::newRow("6") << 6.0 << 1.995262315;
 }
 
-void VesmoraIoControlTest::dbToGainIsTheLinearFactor()
+void tst_VesmoraIoControl::dbToGainIsTheLinearFactor()
 {
     QFETCH(double, db);
     QFETCH(double, gain);
@@ -75,7 +75,7 @@ void VesmoraIoControlTest::dbToGainIsTheLinearFactor()
     QVERIFY2(agrees(actual, gain), qPrintable(QString::number(actual, 'g', 17)));
 }
 
-void VesmoraIoControlTest::dbToGainIsSilenceAtTheBottomAndBelow_data()
+void tst_VesmoraIoControl::dbToGainIsSilenceAtTheBottomAndBelow_data()
 {
     QTest::addColumn<double>("db");
     QTest::newRow("-80") << -80.0;
@@ -85,7 +85,7 @@ void VesmoraIoControlTest::dbToGainIsSilenceAtTheBottomAndBelow_data()
     QTest::newRow("minus infinity") << -infinity;
 }
 
-void VesmoraIoControlTest::dbToGainIsSilenceAtTheBottomAndBelow()
+void tst_VesmoraIoControl::dbToGainIsSilenceAtTheBottomAndBelow()
 {
     QFETCH(double, db);
     const double gain = VesmoraIoControl::dbToGain(db);
@@ -93,12 +93,12 @@ void VesmoraIoControlTest::dbToGainIsSilenceAtTheBottomAndBelow()
     QVERIFY(!std::signbit(gain));
 }
 
-void VesmoraIoControlTest::dbToGainIsNotSilenceJustAboveTheBottom()
+void tst_VesmoraIoControl::dbToGainIsNotSilenceJustAboveTheBottom()
 {
     QVERIFY(agrees(VesmoraIoControl::dbToGain(std::nextafter(-80.0, 0.0)), 1e-4));
 }
 
-void VesmoraIoControlTest::dbToGainStaysWhatItIsAtSixAbove_data()
+void tst_VesmoraIoControl::dbToGainStaysWhatItIsAtSixAbove_data()
 {
     QTest::addColumn<double>("db");
     QTest::newRow("a trifle more") << std::nextafter(6.0, infinity);
@@ -107,20 +107,20 @@ void VesmoraIoControlTest::dbToGainStaysWhatItIsAtSixAbove_data()
     QTest::newRow("infinity") << infinity;
 }
 
-void VesmoraIoControlTest::dbToGainStaysWhatItIsAtSixAbove()
+void tst_VesmoraIoControl::dbToGainStaysWhatItIsAtSixAbove()
 {
     QFETCH(double, db);
     QVERIFY(VesmoraIoControl::dbToGain(db) == VesmoraIoControl::dbToGain(6.0));
 }
 
-void VesmoraIoControlTest::dbToGainOfEveryKnobValue()
+void tst_VesmoraIoControl::dbToGainOfEveryKnobValue()
 {
     for (int db = -79; db <= 6; ++db)
         QVERIFY2(VesmoraIoControl::dbToGain(db) == std::pow(10.0, db / 20.0),
                  qPrintable(QString::number(db)));
 }
 
-void VesmoraIoControlTest::peakToDbIsRelativeToFullScale_data()
+void tst_VesmoraIoControl::peakToDbIsRelativeToFullScale_data()
 {
     QTest::addColumn<qint32>("peak");
     QTest::addColumn<double>("db");
@@ -132,7 +132,7 @@ void VesmoraIoControlTest::peakToDbIsRelativeToFullScale_data()
     QTest::newRow("1") << 1 << -186.6385973;
 }
 
-void VesmoraIoControlTest::peakToDbIsRelativeToFullScale()
+void tst_VesmoraIoControl::peakToDbIsRelativeToFullScale()
 {
     QFETCH(qint32, peak);
     QFETCH(double, db);
@@ -140,27 +140,27 @@ void VesmoraIoControlTest::peakToDbIsRelativeToFullScale()
     QVERIFY2(agrees(actual, db), qPrintable(QString::number(actual, 'g', 17)));
 }
 
-void VesmoraIoControlTest::peakToDbIsTheSameForBothSigns()
+void tst_VesmoraIoControl::peakToDbIsTheSameForBothSigns()
 {
     for (const qint32 peak : {1, 2, 1000, 65536, 123456789, 2147483646})
         QVERIFY(VesmoraIoControl::peakToDb(-peak) == VesmoraIoControl::peakToDb(peak));
 }
 
-void VesmoraIoControlTest::peakToDbOfFullScaleIsZero()
+void tst_VesmoraIoControl::peakToDbOfFullScaleIsZero()
 {
     QVERIFY(VesmoraIoControl::peakToDb(2147483647) == 0.0);
     QVERIFY(VesmoraIoControl::peakToDb(-2147483647) == 0.0);
 }
 
-void VesmoraIoControlTest::peakToDbOfZeroIsMinusInfinity()
+void tst_VesmoraIoControl::peakToDbOfZeroIsMinusInfinity()
 {
     QVERIFY(VesmoraIoControl::peakToDb(0) == -infinity);
 }
 
-void VesmoraIoControlTest::peakToDbOfTheMostNegativeValueIsNotANumber()
+void tst_VesmoraIoControl::peakToDbOfTheMostNegativeValueIsNotANumber()
 {
     QVERIFY(std::isnan(VesmoraIoControl::peakToDb(mostNegative)));
 }
 
-QTEST_APPLESS_MAIN(VesmoraIoControlTest)
+QTEST_APPLESS_MAIN(tst_VesmoraIoControl)
 #include "tst_vesmoraiocontrol.moc"

@@ -53,7 +53,7 @@ constexpr LPCWSTR devicePath = LR"(\\.\Device)";
 
 } // namespace
 
-class TestDeviceFiles : public QObject
+class tst_DeviceFiles : public QObject
 {
     Q_OBJECT
 
@@ -104,14 +104,14 @@ private:
     HANDLE m_handle = INVALID_HANDLE_VALUE;
 };
 
-void TestDeviceFiles::init()
+void tst_DeviceFiles::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
     qputenv("VESMORA_HOST_DIR", m_folder->path().toLocal8Bit());
 }
 
-void TestDeviceFiles::cleanup()
+void tst_DeviceFiles::cleanup()
 {
     if (m_handle != INVALID_HANDLE_VALUE)
         CloseHandle(m_handle);
@@ -120,13 +120,12 @@ void TestDeviceFiles::cleanup()
     m_folder.reset();
 }
 
-void TestDeviceFiles::serve(FakeDevice::Script script)
+void tst_DeviceFiles::serve(FakeDevice::Script script)
 {
-    m_device = std::make_unique<FakeDevice>(m_folder->filePath(QStringLiteral("Device")),
-                                            std::move(script));
+    m_device = std::make_unique<FakeDevice>(m_folder->filePath("Device"), std::move(script));
 }
 
-void TestDeviceFiles::openServed(FakeDevice::Script script)
+void tst_DeviceFiles::openServed(FakeDevice::Script script)
 {
     serve([script = std::move(script)](FakeConnection &connection) {
         connection.greet();
@@ -136,22 +135,22 @@ void TestDeviceFiles::openServed(FakeDevice::Script script)
     QVERIFY(m_handle != INVALID_HANDLE_VALUE);
 }
 
-void TestDeviceFiles::aMissingDeviceIsNotFound()
+void tst_DeviceFiles::aMissingDeviceIsNotFound()
 {
     QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
     QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
-void TestDeviceFiles::aSocketThatNobodyServesIsNotFound()
+void tst_DeviceFiles::aSocketThatNobodyServesIsNotFound()
 {
     serve([](FakeConnection &) {});
     m_device.reset();
-    QVERIFY(QFileInfo::exists(m_folder->filePath(QStringLiteral("Device"))));
+    QVERIFY(QFileInfo::exists(m_folder->filePath("Device")));
     QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
     QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
-void TestDeviceFiles::aFolderOpenToOthersIsDenied()
+void tst_DeviceFiles::aFolderOpenToOthersIsDenied()
 {
     serve([](FakeConnection &connection) { connection.greet(); });
     QCOMPARE(chmod(m_folder->path().toLocal8Bit().constData(), 0755), 0);
@@ -159,7 +158,7 @@ void TestDeviceFiles::aFolderOpenToOthersIsDenied()
     QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
 }
 
-void TestDeviceFiles::aPathThatIsNoDeviceIsRefused_data()
+void tst_DeviceFiles::aPathThatIsNoDeviceIsRefused_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<DWORD>("error");
@@ -177,7 +176,7 @@ void TestDeviceFiles::aPathThatIsNoDeviceIsRefused_data()
                               << DWORD{ERROR_FILENAME_EXCED_RANGE};
 }
 
-void TestDeviceFiles::aPathThatIsNoDeviceIsRefused()
+void tst_DeviceFiles::aPathThatIsNoDeviceIsRefused()
 {
     QFETCH(QString, path);
     QFETCH(DWORD, error);
@@ -185,7 +184,7 @@ void TestDeviceFiles::aPathThatIsNoDeviceIsRefused()
     QCOMPARE(GetLastError(), error);
 }
 
-void TestDeviceFiles::onlyAPlainOpenIsSupported()
+void tst_DeviceFiles::onlyAPlainOpenIsSupported()
 {
     constexpr DWORD createAlways = 2;
     serve([](FakeConnection &connection) { connection.greet(); });
@@ -197,20 +196,20 @@ void TestDeviceFiles::onlyAPlainOpenIsSupported()
     QVERIFY(m_handle != INVALID_HANDLE_VALUE);
 }
 
-void TestDeviceFiles::aDeepFolderIsReached()
+void tst_DeviceFiles::aDeepFolderIsReached()
 {
     serve([](FakeConnection &connection) { connection.greet(); });
     // Deeper than a socket's address can say.
     const QString folder = m_folder->filePath(QString(100, u'x'));
     QVERIFY(QDir().mkdir(folder));
     QCOMPARE(chmod(folder.toLocal8Bit().constData(), 0700), 0);
-    QVERIFY(QFile::link(m_folder->filePath(QStringLiteral("Device")), folder + "/Device"));
+    QVERIFY(QFile::link(m_folder->filePath("Device"), folder + "/Device"));
     qputenv("VESMORA_HOST_DIR", folder.toLocal8Bit());
     m_handle = open(devicePath);
     QVERIFY(m_handle != INVALID_HANDLE_VALUE);
 }
 
-void TestDeviceFiles::theOpenRequestCarriesTheArguments()
+void tst_DeviceFiles::theOpenRequestCarriesTheArguments()
 {
     std::promise<deviceprotocol::OpenRequest> seen;
     serve([&](FakeConnection &connection) { seen.set_value(connection.greet()); });
@@ -222,21 +221,21 @@ void TestDeviceFiles::theOpenRequestCarriesTheArguments()
     QCOMPARE(arguments.flagsAndAttributes, 0u);
 }
 
-void TestDeviceFiles::aRefusedOpenGivesTheDevicesError()
+void tst_DeviceFiles::aRefusedOpenGivesTheDevicesError()
 {
     serve([](FakeConnection &connection) { connection.greet(ERROR_ACCESS_DENIED); });
     QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
     QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
 }
 
-void TestDeviceFiles::aDeviceThatLeavesDuringTheOpenIsNotConnected()
+void tst_DeviceFiles::aDeviceThatLeavesDuringTheOpenIsNotConnected()
 {
     serve([](FakeConnection &) {});
     QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
     QCOMPARE(GetLastError(), ERROR_DEVICE_NOT_CONNECTED);
 }
 
-void TestDeviceFiles::openHandlesAreIndependent()
+void tst_DeviceFiles::openHandlesAreIndependent()
 {
     const auto answerOnce = [](FakeConnection &connection) {
         connection.greet();
@@ -256,7 +255,7 @@ void TestDeviceFiles::openHandlesAreIndependent()
     QVERIFY(CloseHandle(second));
 }
 
-void TestDeviceFiles::aRequestReachesTheDevice()
+void tst_DeviceFiles::aRequestReachesTheDevice()
 {
     deviceprotocol::IoRequest seen = {};
     QByteArray input;
@@ -274,7 +273,7 @@ void TestDeviceFiles::aRequestReachesTheDevice()
     QCOMPARE(input, QByteArray("input\0bytes", 11));
 }
 
-void TestDeviceFiles::aRequestMayCarryNothing()
+void tst_DeviceFiles::aRequestMayCarryNothing()
 {
     deviceprotocol::IoRequest seen = {1, 1, 1};
     openServed([&](FakeConnection &connection) {
@@ -287,7 +286,7 @@ void TestDeviceFiles::aRequestMayCarryNothing()
     QCOMPARE(seen.outputLength, 0u);
 }
 
-void TestDeviceFiles::theReplyIsCopied()
+void tst_DeviceFiles::theReplyIsCopied()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -300,7 +299,7 @@ void TestDeviceFiles::theReplyIsCopied()
     QCOMPARE(output, QByteArray("1234"));
 }
 
-void TestDeviceFiles::aShortReplyLeavesTheRestAlone()
+void tst_DeviceFiles::aShortReplyLeavesTheRestAlone()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -311,7 +310,7 @@ void TestDeviceFiles::aShortReplyLeavesTheRestAlone()
     QCOMPARE(output, QByteArray("12--"));
 }
 
-void TestDeviceFiles::aReplyInSmallPiecesIsWaitedFor()
+void tst_DeviceFiles::aReplyInSmallPiecesIsWaitedFor()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -327,7 +326,7 @@ void TestDeviceFiles::aReplyInSmallPiecesIsWaitedFor()
     QCOMPARE(output, QByteArray("abcd"));
 }
 
-void TestDeviceFiles::aLargeRequestAndReplyPass()
+void tst_DeviceFiles::aLargeRequestAndReplyPass()
 {
     const QByteArray large(1 << 20, 'x');
     QByteArray input;
@@ -342,7 +341,7 @@ void TestDeviceFiles::aLargeRequestAndReplyPass()
     QVERIFY(output == large);
 }
 
-void TestDeviceFiles::anErrorLeavesTheOutputAlone()
+void tst_DeviceFiles::anErrorLeavesTheOutputAlone()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -359,7 +358,7 @@ void TestDeviceFiles::anErrorLeavesTheOutputAlone()
     QCOMPARE(output, QByteArray("34--"));
 }
 
-void TestDeviceFiles::aReplyLongerThanAskedForIsAProtocolError()
+void tst_DeviceFiles::aReplyLongerThanAskedForIsAProtocolError()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -373,7 +372,7 @@ void TestDeviceFiles::aReplyLongerThanAskedForIsAProtocolError()
     QCOMPARE(output, QByteArray("----"));
 }
 
-void TestDeviceFiles::aDeviceThatLeavesIsNotConnected()
+void tst_DeviceFiles::aDeviceThatLeavesIsNotConnected()
 {
     openServed(
         [](FakeConnection &connection) { connection.receiveRecord<deviceprotocol::IoRequest>(); });
@@ -383,7 +382,7 @@ void TestDeviceFiles::aDeviceThatLeavesIsNotConnected()
     m_handle = INVALID_HANDLE_VALUE;
 }
 
-void TestDeviceFiles::aDeviceThatLeavesWithinItsReplyIsNotConnected()
+void tst_DeviceFiles::aDeviceThatLeavesWithinItsReplyIsNotConnected()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -395,7 +394,7 @@ void TestDeviceFiles::aDeviceThatLeavesWithinItsReplyIsNotConnected()
     QCOMPARE(output, QByteArray("----"));
 }
 
-void TestDeviceFiles::missingBuffersAreRefused()
+void tst_DeviceFiles::missingBuffersAreRefused()
 {
     openServed([](FakeConnection &) {});
     DWORD returned = 0;
@@ -408,7 +407,7 @@ void TestDeviceFiles::missingBuffersAreRefused()
     QCOMPARE(GetLastError(), ERROR_NOACCESS);
 }
 
-void TestDeviceFiles::aDeviceKnowsNoOtherOperations()
+void tst_DeviceFiles::aDeviceKnowsNoOtherOperations()
 {
     openServed([](FakeConnection &) {});
     DWORD count = 0;
@@ -423,7 +422,7 @@ void TestDeviceFiles::aDeviceKnowsNoOtherOperations()
     QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
 }
 
-void TestDeviceFiles::successLeavesTheLastErrorAlone()
+void tst_DeviceFiles::successLeavesTheLastErrorAlone()
 {
     openServed([](FakeConnection &connection) {
         connection.receiveRecord<deviceprotocol::IoRequest>();
@@ -436,7 +435,7 @@ void TestDeviceFiles::successLeavesTheLastErrorAlone()
     QCOMPARE(GetLastError(), untouched);
 }
 
-void TestDeviceFiles::theLastErrorBelongsToTheThread()
+void tst_DeviceFiles::theLastErrorBelongsToTheThread()
 {
     SetLastError(untouched);
     DWORD before = untouched;
@@ -451,7 +450,7 @@ void TestDeviceFiles::theLastErrorBelongsToTheThread()
     QCOMPARE(GetLastError(), untouched);
 }
 
-void TestDeviceFiles::callsLeaveErrnoAlone()
+void tst_DeviceFiles::callsLeaveErrnoAlone()
 {
     errno = ELIBMAX;
     QCOMPARE(CreateFileW(devicePath, 0, 0, nullptr, OPEN_EXISTING, 0, nullptr),
@@ -459,7 +458,7 @@ void TestDeviceFiles::callsLeaveErrnoAlone()
     QCOMPARE(errno, ELIBMAX);
 }
 
-void TestDeviceFiles::aClosedHandleIsUnknown()
+void tst_DeviceFiles::aClosedHandleIsUnknown()
 {
     openServed([](FakeConnection &) {});
     QVERIFY(CloseHandle(m_handle));
@@ -471,7 +470,7 @@ void TestDeviceFiles::aClosedHandleIsUnknown()
     m_handle = INVALID_HANDLE_VALUE;
 }
 
-void TestDeviceFiles::handleValuesAreNotUsedAgain()
+void tst_DeviceFiles::handleValuesAreNotUsedAgain()
 {
     openServed([](FakeConnection &) {});
     const HANDLE first = m_handle;
@@ -481,7 +480,7 @@ void TestDeviceFiles::handleValuesAreNotUsedAgain()
     QVERIFY(m_handle != first);
 }
 
-void TestDeviceFiles::requestsOfTwoThreadsTakeTurns()
+void tst_DeviceFiles::requestsOfTwoThreadsTakeTurns()
 {
     constexpr int rounds = 200;
     openServed([](FakeConnection &connection) {
@@ -504,7 +503,7 @@ void TestDeviceFiles::requestsOfTwoThreadsTakeTurns()
     QCOMPARE(other.get(), rounds);
 }
 
-void TestDeviceFiles::closingWaitsForTheRequestUnderWay()
+void tst_DeviceFiles::closingWaitsForTheRequestUnderWay()
 {
     std::promise<void> requestArrived;
     std::promise<void> answer;
@@ -529,5 +528,5 @@ void TestDeviceFiles::closingWaitsForTheRequestUnderWay()
     m_handle = INVALID_HANDLE_VALUE;
 }
 
-QTEST_GUILESS_MAIN(TestDeviceFiles)
+QTEST_GUILESS_MAIN(tst_DeviceFiles)
 #include "tst_devicefiles.moc"

@@ -10,7 +10,7 @@
 
 #include <cerrno>
 
-class TestHostFolder : public QObject
+class tst_HostFolder : public QObject
 {
     Q_OBJECT
 
@@ -35,14 +35,14 @@ private:
     QTemporaryDir m_temporary;
 };
 
-void TestHostFolder::init()
+void tst_HostFolder::init()
 {
     QVERIFY(m_temporary.isValid());
     qunsetenv("VESMORA_HOST_DIR");
     qunsetenv("XDG_RUNTIME_DIR");
 }
 
-QString TestHostFolder::makeFolder(const QString &name)
+QString tst_HostFolder::makeFolder(const QString &name)
 {
     QString path = m_temporary.filePath(name);
     QDir().mkdir(path);
@@ -50,7 +50,7 @@ QString TestHostFolder::makeFolder(const QString &name)
     return path;
 }
 
-int TestHostFolder::open(const QString &folder)
+int tst_HostFolder::open(const QString &folder)
 {
     qputenv("VESMORA_HOST_DIR", folder.toLocal8Bit());
     UniqueFd opened;
@@ -60,77 +60,77 @@ int TestHostFolder::open(const QString &folder)
     return error;
 }
 
-void TestHostFolder::ourOwnVariableComesFirst()
+void tst_HostFolder::ourOwnVariableComesFirst()
 {
     qputenv("XDG_RUNTIME_DIR", "/run/user/1");
     qputenv("VESMORA_HOST_DIR", "/somewhere/else");
     QCOMPARE(hostFolderPath(), std::string("/somewhere/else"));
 }
 
-void TestHostFolder::theRuntimeFolderComesSecond()
+void tst_HostFolder::theRuntimeFolderComesSecond()
 {
     qputenv("XDG_RUNTIME_DIR", "/run/user/1");
     QCOMPARE(hostFolderPath(), std::string("/run/user/1/vesmora"));
 }
 
-void TestHostFolder::theTemporaryFolderComesLast()
+void tst_HostFolder::theTemporaryFolderComesLast()
 {
     QCOMPARE(hostFolderPath(), "/tmp/vesmora-" + std::to_string(geteuid()));
 }
 
-void TestHostFolder::aMissingFolderIsMadePrivate()
+void tst_HostFolder::aMissingFolderIsMadePrivate()
 {
-    const QString path = m_temporary.filePath(QStringLiteral("missing"));
+    const QString path = m_temporary.filePath("missing");
     QCOMPARE(open(path), 0);
     struct stat status = {};
     QCOMPARE(stat(path.toLocal8Bit().constData(), &status), 0);
     QCOMPARE(status.st_mode & 07777u, 0700u);
 }
 
-void TestHostFolder::aPrivateFolderIsTaken()
+void tst_HostFolder::aPrivateFolderIsTaken()
 {
-    QCOMPARE(open(makeFolder(QStringLiteral("private"))), 0);
+    QCOMPARE(open(makeFolder("private")), 0);
 }
 
-void TestHostFolder::aFolderOpenToOthersIsRefused()
+void tst_HostFolder::aFolderOpenToOthersIsRefused()
 {
-    const QString path = makeFolder(QStringLiteral("shared"));
+    const QString path = makeFolder("shared");
     for (const mode_t mode : {0710u, 0740u, 0701u, 0755u, 0777u}) {
         QCOMPARE(chmod(path.toLocal8Bit().constData(), mode), 0);
         QCOMPARE(open(path), EACCES);
     }
 }
 
-void TestHostFolder::aFolderOfAnotherUserIsRefused()
+void tst_HostFolder::aFolderOfAnotherUserIsRefused()
 {
     // Only root can give a folder away; everybody else has root's own to be refused.
-    QString foreign = QStringLiteral("/root");
+    QString foreign = "/root";
     if (geteuid() == 0) {
-        foreign = makeFolder(QStringLiteral("foreign"));
+        foreign = makeFolder("foreign");
         QCOMPARE(chown(foreign.toLocal8Bit().constData(), 65534, 65534), 0);
     }
     QCOMPARE(open(foreign), EACCES);
 }
 
-void TestHostFolder::aSymbolicLinkIsRefused()
+void tst_HostFolder::aSymbolicLinkIsRefused()
 {
-    const QString target = makeFolder(QStringLiteral("target"));
-    const QString link = m_temporary.filePath(QStringLiteral("link"));
+    const QString target = makeFolder("target");
+    const QString link = m_temporary.filePath("link");
     QVERIFY(QFile::link(target, link));
     QCOMPARE(open(link), EACCES);
 }
 
-void TestHostFolder::aFileIsRefused()
+void tst_HostFolder::aFileIsRefused()
 {
-    QFile file(m_temporary.filePath(QStringLiteral("file")));
+    QFile file(m_temporary.filePath("file"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(open(file.fileName()), EACCES);
 }
 
-void TestHostFolder::aMissingParentIsNotFound()
+void tst_HostFolder::aMissingParentIsNotFound()
 {
-    QCOMPARE(open(m_temporary.filePath(QStringLiteral("no/such"))), ENOENT);
+    QCOMPARE(open(m_temporary.filePath("no/such")), ENOENT);
 }
 
-QTEST_GUILESS_MAIN(TestHostFolder)
+QTEST_GUILESS_MAIN(tst_HostFolder)
 #include "tst_hostfolder.moc"

@@ -84,7 +84,7 @@ private:
 } // namespace
 
 /// What of the pipes is particular to this implementation, or stricter than elsewhere.
-class TestHostPipes : public QObject
+class tst_HostPipes : public QObject
 {
     Q_OBJECT
 
@@ -111,14 +111,14 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void TestHostPipes::init()
+void tst_HostPipes::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
     qputenv("VESMORA_HOST_DIR", m_folder->path().toLocal8Bit());
 }
 
-void TestHostPipes::aPipeEndsWithItsServersProcess()
+void tst_HostPipes::aPipeEndsWithItsServersProcess()
 {
     ServerProcess server(false);
     QVERIFY(server.isReady());
@@ -127,7 +127,7 @@ void TestHostPipes::aPipeEndsWithItsServersProcess()
     QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
-void TestHostPipes::aClientOfADeadServerReadsABrokenPipe()
+void tst_HostPipes::aClientOfADeadServerReadsABrokenPipe()
 {
     ServerProcess server(false);
     QVERIFY(server.isReady());
@@ -143,7 +143,7 @@ void TestHostPipes::aClientOfADeadServerReadsABrokenPipe()
     QVERIFY(CloseHandle(client));
 }
 
-void TestHostPipes::aDeadServersNameCanBeUsedAgain()
+void tst_HostPipes::aDeadServersNameCanBeUsedAgain()
 {
     ServerProcess dead(false);
     QVERIFY(dead.isReady());
@@ -156,7 +156,7 @@ void TestHostPipes::aDeadServersNameCanBeUsedAgain()
     QVERIFY(CloseHandle(server));
 }
 
-void TestHostPipes::aBusyPipeOfAnotherProcessIsBusyHere()
+void tst_HostPipes::aBusyPipeOfAnotherProcessIsBusyHere()
 {
     ServerProcess server(true);
     QVERIFY(server.isReady());
@@ -164,7 +164,7 @@ void TestHostPipes::aBusyPipeOfAnotherProcessIsBusyHere()
     QCOMPARE(GetLastError(), ERROR_PIPE_BUSY);
 }
 
-void TestHostPipes::unsupportedModesAreRefused_data()
+void tst_HostPipes::unsupportedModesAreRefused_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<DWORD>("openMode");
@@ -185,7 +185,7 @@ void TestHostPipes::unsupportedModesAreRefused_data()
     QTest::newRow("256 instances") << path << duplex << message << DWORD{256} << refused;
 }
 
-void TestHostPipes::unsupportedModesAreRefused()
+void tst_HostPipes::unsupportedModesAreRefused()
 {
     QFETCH(QString, path);
     QFETCH(DWORD, openMode);
@@ -197,7 +197,7 @@ void TestHostPipes::unsupportedModesAreRefused()
     QCOMPARE(GetLastError(), error);
 }
 
-void TestHostPipes::thereAreAtMost255Instances()
+void tst_HostPipes::thereAreAtMost255Instances()
 {
     std::vector<HANDLE> instances;
     for (DWORD instance = 0; instance < PIPE_UNLIMITED_INSTANCES; ++instance) {
@@ -210,7 +210,7 @@ void TestHostPipes::thereAreAtMost255Instances()
         QVERIFY(CloseHandle(instance));
 }
 
-void TestHostPipes::aFolderOpenToOthersIsDenied()
+void tst_HostPipes::aFolderOpenToOthersIsDenied()
 {
     QVERIFY(QFile::setPermissions(m_folder->path(),
                                   QFile::permissions(m_folder->path()) | QFile::ReadOther));
@@ -220,7 +220,7 @@ void TestHostPipes::aFolderOpenToOthersIsDenied()
     QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
 }
 
-void TestHostPipes::cancellingWithNothingPendingFindsNothing()
+void tst_HostPipes::cancellingWithNothingPendingFindsNothing()
 {
     const HANDLE server = createPipe();
     QVERIFY(!CancelIoEx(server, nullptr));
@@ -233,7 +233,7 @@ void TestHostPipes::cancellingWithNothingPendingFindsNothing()
     QVERIFY(CloseHandle(server));
 }
 
-void TestHostPipes::aTooLongMessageIsRefused()
+void tst_HostPipes::aTooLongMessageIsRefused()
 {
     const HANDLE server = createPipe();
     const HANDLE client = openPipe();
@@ -252,7 +252,7 @@ void TestHostPipes::aTooLongMessageIsRefused()
     QVERIFY(CloseHandle(server));
 }
 
-void TestHostPipes::aWriteWaitsForRoomAndCanBeCancelled()
+void tst_HostPipes::aWriteWaitsForRoomAndCanBeCancelled()
 {
     const HANDLE server = createPipe();
     const HANDLE client = openPipe();
@@ -275,7 +275,7 @@ void TestHostPipes::aWriteWaitsForRoomAndCanBeCancelled()
     QVERIFY(CloseHandle(server));
 }
 
-void TestHostPipes::aClientIsNoServer()
+void tst_HostPipes::aClientIsNoServer()
 {
     const HANDLE server = createPipe();
     const HANDLE client = openPipe();
@@ -287,7 +287,7 @@ void TestHostPipes::aClientIsNoServer()
     QVERIFY(CloseHandle(server));
 }
 
-void TestHostPipes::pipesAreNoDevices()
+void tst_HostPipes::pipesAreNoDevices()
 {
     const HANDLE server = createPipe();
     DWORD returned = 0;
@@ -296,7 +296,7 @@ void TestHostPipes::pipesAreNoDevices()
     QVERIFY(CloseHandle(server));
 }
 
-void TestHostPipes::closingWhileAnotherThreadWaitsIsSafe()
+void tst_HostPipes::closingWhileAnotherThreadWaitsIsSafe()
 {
     const HANDLE server = createPipe();
     HANDLE client = openPipe();
@@ -327,7 +327,7 @@ void TestHostPipes::closingWhileAnotherThreadWaitsIsSafe()
     QVERIFY(CloseHandle(client));
 }
 
-void TestHostPipes::manyThreadsMayUseOneHandle()
+void tst_HostPipes::manyThreadsMayUseOneHandle()
 {
     constexpr DWORD messages = 300;
     const HANDLE server = createPipe();
@@ -360,5 +360,5 @@ void TestHostPipes::manyThreadsMayUseOneHandle()
     QVERIFY(CloseHandle(server));
 }
 
-QTEST_GUILESS_MAIN(TestHostPipes)
+QTEST_GUILESS_MAIN(tst_HostPipes)
 #include "tst_hostpipes.moc"

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <memory>
 
-class TestShellExecute : public QObject
+class tst_ShellExecute : public QObject
 {
     Q_OBJECT
 
@@ -39,7 +39,7 @@ private:
     QByteArray m_path;
 };
 
-void TestShellExecute::init()
+void tst_ShellExecute::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
@@ -47,12 +47,12 @@ void TestShellExecute::init()
     qputenv("PATH", m_folder->path().toLocal8Bit() + ":/usr/bin:/bin");
 }
 
-void TestShellExecute::cleanup()
+void tst_ShellExecute::cleanup()
 {
     qputenv("PATH", m_path);
 }
 
-void TestShellExecute::writeProgram(const QString &name, bool executable)
+void tst_ShellExecute::writeProgram(const QString &name, bool executable)
 {
     const QByteArray folder = m_folder->path().toLocal8Bit();
     QFile program(m_folder->filePath(name));
@@ -64,59 +64,59 @@ void TestShellExecute::writeProgram(const QString &name, bool executable)
         QVERIFY(program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
-QByteArray TestShellExecute::output()
+QByteArray tst_ShellExecute::output()
 {
-    QFile file(m_folder->filePath(QStringLiteral("ran")));
+    QFile file(m_folder->filePath("ran"));
     if (!QTest::qWaitFor([&] { return file.exists(); }, 20000) || !file.open(QIODevice::ReadOnly))
         return "nothing ran";
     return file.readAll();
 }
 
-intptr_t TestShellExecute::execute(const QByteArray &file, LPCSTR parameters, LPCSTR folder)
+intptr_t tst_ShellExecute::execute(const QByteArray &file, LPCSTR parameters, LPCSTR folder)
 {
     return reinterpret_cast<intptr_t>(
         ShellExecuteA(nullptr, "open", file.constData(), parameters, folder, SW_SHOWNORMAL));
 }
 
-void TestShellExecute::aProgramOnThePathIsStarted()
+void tst_ShellExecute::aProgramOnThePathIsStarted()
 {
-    writeProgram(QStringLiteral("control.exe"));
+    writeProgram("control.exe");
     QVERIFY(execute("control.exe", "mmsys.cpl") > 32);
     QVERIFY(output().endsWith("\nmmsys.cpl\n"));
 }
 
-void TestShellExecute::aProgramIsStartedByItsPath()
+void tst_ShellExecute::aProgramIsStartedByItsPath()
 {
-    writeProgram(QStringLiteral("elsewhere"));
+    writeProgram("elsewhere");
     qputenv("PATH", "/usr/bin:/bin");
-    QVERIFY(execute(m_folder->filePath(QStringLiteral("elsewhere")).toLocal8Bit()) > 32);
+    QVERIFY(execute(m_folder->filePath("elsewhere").toLocal8Bit()) > 32);
     QCOMPARE(output().count('\n'), 1);
 }
 
-void TestShellExecute::theParametersAreSplitAtSpaces()
+void tst_ShellExecute::theParametersAreSplitAtSpaces()
 {
-    writeProgram(QStringLiteral("program"));
+    writeProgram("program");
     QVERIFY(execute("program", " one  two three ") > 32);
     QVERIFY(output().endsWith("\none\ntwo\nthree\n"));
 }
 
-void TestShellExecute::theProgramRunsInTheGivenFolder()
+void tst_ShellExecute::theProgramRunsInTheGivenFolder()
 {
-    writeProgram(QStringLiteral("program"));
+    writeProgram("program");
     QVERIFY(execute("program", nullptr, "/usr") > 32);
     QCOMPARE(output(), QByteArray("/usr\n"));
 }
 
-void TestShellExecute::theProgramIsLetGo()
+void tst_ShellExecute::theProgramIsLetGo()
 {
-    writeProgram(QStringLiteral("program"));
+    writeProgram("program");
     QVERIFY(execute("program") > 32);
     output();
     QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
     QCOMPARE(errno, ECHILD);
 }
 
-void TestShellExecute::aMissingProgramIsNotFound()
+void tst_ShellExecute::aMissingProgramIsNotFound()
 {
     QCOMPARE(execute("no-such-program"), intptr_t{SE_ERR_FNF});
     QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
@@ -124,28 +124,28 @@ void TestShellExecute::aMissingProgramIsNotFound()
     QCOMPARE(execute(""), intptr_t{SE_ERR_FNF});
 }
 
-void TestShellExecute::aFileThatIsNoProgramIsDenied()
+void tst_ShellExecute::aFileThatIsNoProgramIsDenied()
 {
-    writeProgram(QStringLiteral("text"), false);
+    writeProgram("text", false);
     QCOMPARE(execute("text"), intptr_t{SE_ERR_ACCESSDENIED});
     QCOMPARE(execute("/usr/bin/"), intptr_t{SE_ERR_ACCESSDENIED});
 }
 
-void TestShellExecute::aLaterFolderOfThePathIsTried()
+void tst_ShellExecute::aLaterFolderOfThePathIsTried()
 {
-    writeProgram(QStringLiteral("program"));
+    writeProgram("program");
     qputenv("PATH", "/no/such/folder:" + m_folder->path().toLocal8Bit() + ":/usr/bin:/bin");
     QVERIFY(execute("program") > 32);
     QCOMPARE(output().count('\n'), 1);
 }
 
-void TestShellExecute::otherOperationsAreUnknown()
+void tst_ShellExecute::otherOperationsAreUnknown()
 {
-    writeProgram(QStringLiteral("program"));
+    writeProgram("program");
     QCOMPARE(reinterpret_cast<intptr_t>(
                  ShellExecuteA(nullptr, "print", "program", nullptr, nullptr, SW_SHOWNORMAL)),
              intptr_t{SE_ERR_NOASSOC});
 }
 
-QTEST_GUILESS_MAIN(TestShellExecute)
+QTEST_GUILESS_MAIN(tst_ShellExecute)
 #include "tst_shellexecute.moc"

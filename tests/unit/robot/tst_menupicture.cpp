@@ -22,10 +22,10 @@ class DrawnMenu
 public:
     DrawnMenu()
     {
-        m_menu.addAction(QStringLiteral("V20250930"))->setEnabled(false);
-        m_menu.addAction(QStringLiteral("Quit"));
+        m_menu.addAction("V20250930")->setEnabled(false);
+        m_menu.addAction("Quit");
         m_menu.addSeparator();
-        m_menu.addAction(QStringLiteral("Main Window"));
+        m_menu.addAction("Main Window");
         m_menu.resize(m_menu.sizeHint());
     }
 

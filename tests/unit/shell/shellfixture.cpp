@@ -17,7 +17,7 @@ QStringList ShellFixture::on(int connection, const QStringList &requests)
 {
     QStringList lines;
     for (const QString &request : requests)
-        lines << QStringLiteral("%1 %2").arg(connection).arg(request);
+        lines << QString("%1 %2").arg(connection).arg(request);
     return lines;
 }
 
@@ -40,7 +40,7 @@ QStringList ShellFixture::takeTraffic()
         }
         if (!m_connections.contains(record.handle))
             m_connections.insert(record.handle, m_connections.size() + 1);
-        lines << QStringLiteral("%1 %2").arg(m_connections.value(record.handle)).arg(record.text());
+        lines << QString("%1 %2").arg(m_connections.value(record.handle)).arg(record.text());
     }
     return lines;
 }
@@ -101,8 +101,8 @@ void ShellFixture::init()
     observe();
     m_settings = std::make_unique<Settings>();
     // The dialog's listening thread has then said all it says by itself.
-    QTRY_VERIFY_WITH_TIMEOUT(
-        hasLogged(QStringLiteral("ThreadSettingsPip is running waiting Asio Info...")), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("ThreadSettingsPip is running waiting Asio Info..."),
+                             patience);
     takeLog();
     takeRecord();
     m_connections.clear();

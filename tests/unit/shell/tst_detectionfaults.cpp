@@ -42,7 +42,7 @@ struct Outcome {
     QStringList log;
     QStringList traffic;
     QStringList content;
-    QString title = QStringLiteral("Vesmora Driver");
+    QString title = "Vesmora Driver";
     bool detects = true;
     bool polls = false;
 };
@@ -50,7 +50,7 @@ struct Outcome {
 } // namespace
 
 /// Makes each step of a search fail, for each model, and each command that others send meanwhile.
-class DetectionFaultsTest : public ShellFixture
+class tst_DetectionFaults : public ShellFixture
 {
     Q_OBJECT
 
@@ -69,7 +69,7 @@ private:
     int m_injected = 0;
 };
 
-void DetectionFaultsTest::eachStepMayFail_data()
+void tst_DetectionFaults::eachStepMayFail_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<int>("fault");
@@ -82,7 +82,7 @@ void DetectionFaultsTest::eachStepMayFail_data()
     }
 }
 
-Outcome DetectionFaultsTest::withoutDevice(Fault fault) const
+Outcome tst_DetectionFaults::withoutDevice(Fault fault) const
 {
     Outcome outcome;
     outcome.log = QStringList{"Device PID: 0"};
@@ -94,7 +94,7 @@ Outcome DetectionFaultsTest::withoutDevice(Fault fault) const
     return outcome;
 }
 
-Outcome DetectionFaultsTest::expected(const PanelModel &model, Fault fault,
+Outcome tst_DetectionFaults::expected(const PanelModel &model, Fault fault,
                                       const PanelStart &start) const
 {
     if (fault == ProbeOpen || fault == ProbeRead)
@@ -102,7 +102,7 @@ Outcome DetectionFaultsTest::expected(const PanelModel &model, Fault fault,
     if (fault != EngineOpen)
         return withDevice(model, fault, start);
     Outcome outcome;
-    outcome.log = QStringList{QStringLiteral("Device PID: %1").arg(model.identifier),
+    outcome.log = QStringList{QString("Device PID: %1").arg(model.identifier),
                               "Failed to create device in rx1.",
                               "Failed to connect to driver in settings window."};
     outcome.traffic =
@@ -111,19 +111,18 @@ Outcome DetectionFaultsTest::expected(const PanelModel &model, Fault fault,
     return outcome;
 }
 
-Outcome DetectionFaultsTest::withDevice(const PanelModel &model, Fault fault,
+Outcome tst_DetectionFaults::withDevice(const PanelModel &model, Fault fault,
                                         const PanelStart &start) const
 {
     Outcome outcome;
     outcome.content = QStringList{model.name};
-    outcome.log =
-        QStringList{QStringLiteral("Device PID: %1").arg(model.identifier)} + firstEngineLog();
+    outcome.log = QStringList{QString("Device PID: %1").arg(model.identifier)} + firstEngineLog();
     outcome.traffic =
         on(1, {"open", "getDevicePid"}) + on(2, {"open"}) + on(2, firstEngineRequests());
     int connection = 3;
     if (fault == PanelOpen) {
         outcome.log << model.createFailure();
-        outcome.traffic << QStringLiteral("open !31");
+        outcome.traffic << "open !31";
     } else {
         outcome.log << start.log;
         outcome.traffic << on(connection, {"open"}) << on(connection, start.requests);
@@ -131,20 +130,19 @@ Outcome DetectionFaultsTest::withDevice(const PanelModel &model, Fault fault,
     }
     outcome.log << model.layoutLog();
     if (fault == FirmwareRead) {
-        outcome.log << QStringLiteral("Failed to get firmware version.");
+        outcome.log << "Failed to get firmware version.";
         outcome.traffic << on(1, {"getFirmwareVersion !31"});
-        outcome.content << QStringLiteral("获取固件版本失败，请检查连接！");
+        outcome.content << "获取固件版本失败，请检查连接！";
         return outcome;
     }
-    outcome.log << QStringLiteral("Device found with PID: %1").arg(model.identifier);
+    outcome.log << QString("Device found with PID: %1").arg(model.identifier);
     outcome.title = model.title + firmware;
     outcome.detects = false;
     outcome.polls = true;
-    const QString failedPoll =
-        QStringLiteral("Error reading device PID from driver, error count: 1");
+    const QString failedPoll = "Error reading device PID from driver, error count: 1";
     outcome.traffic << on(1, {"getFirmwareVersion"});
     if (fault == PresenceOpen) {
-        outcome.traffic << QStringLiteral("open !31") << on(1, {"close"});
+        outcome.traffic << "open !31" << on(1, {"close"});
         outcome.log << failedPoll;
         return outcome;
     }
@@ -158,7 +156,7 @@ Outcome DetectionFaultsTest::withDevice(const PanelModel &model, Fault fault,
     return outcome;
 }
 
-void DetectionFaultsTest::eachStepMayFail()
+void tst_DetectionFaults::eachStepMayFail()
 {
     QFETCH(PanelModel, model);
     QFETCH(int, fault);
@@ -188,7 +186,7 @@ void DetectionFaultsTest::eachStepMayFail()
     ++m_injected;
 }
 
-void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch_data()
+void tst_DetectionFaults::noFailingEngineOrPanelCommandStopsTheSearch_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QString>("command");
@@ -201,7 +199,7 @@ void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch_data()
     }
 }
 
-void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch()
+void tst_DetectionFaults::noFailingEngineOrPanelCommandStopsTheSearch()
 {
     QFETCH(PanelModel, model);
     QFETCH(QString, command);
@@ -214,7 +212,7 @@ void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch()
 
     const QStringList lines = takeLog();
     QVERIFY(!lines.isEmpty());
-    QCOMPARE(lines.constLast(), QStringLiteral("Device found with PID: %1").arg(model.identifier));
+    QCOMPARE(lines.constLast(), QString("Device found with PID: %1").arg(model.identifier));
     QCOMPARE(view.content(), QStringList{model.name});
     QCOMPARE(window.windowTitle(), model.title + firmware);
     QVERIFY(!view.detectTimer()->isActive());
@@ -223,10 +221,10 @@ void DetectionFaultsTest::noFailingEngineOrPanelCommandStopsTheSearch()
     ++m_injected;
 }
 
-void DetectionFaultsTest::cleanupTestCase()
+void tst_DetectionFaults::cleanupTestCase()
 {
     qInfo("%d faults injected", m_injected);
 }
 
-QTEST_MAIN(DetectionFaultsTest)
+QTEST_MAIN(tst_DetectionFaults)
 #include "tst_detectionfaults.moc"

@@ -11,10 +11,10 @@
 
 namespace {
 
-const QString notConnected = QStringLiteral("声卡未连接！");
-const QString unknownDevice = QStringLiteral("未知设备，请检查连接！");
-const QString noFirmware = QStringLiteral("获取固件版本失败，请检查连接！");
-const QString labelStyle = QStringLiteral("font-size: 12px; color: white;");
+const QString notConnected = "声卡未连接！";
+const QString unknownDevice = "未知设备，请检查连接！";
+const QString noFirmware = "获取固件版本失败，请检查连接！";
+const QString labelStyle = "font-size: 12px; color: white;";
 
 void addModels()
 {
@@ -28,13 +28,13 @@ void addModels()
 
 QString pidLog(quint32 pid)
 {
-    return QStringLiteral("Device PID: %1").arg(pid);
+    return QString("Device PID: %1").arg(pid);
 }
 
 } // namespace
 
 /// What each tick of the search does.
-class DeviceDetectionTest : public ShellFixture
+class tst_DeviceDetection : public ShellFixture
 {
     Q_OBJECT
 
@@ -77,7 +77,7 @@ private:
     };
 };
 
-void DeviceDetectionTest::withoutADeviceTheLabelStaysAndEachTickLogsZero()
+void tst_DeviceDetection::withoutADeviceTheLabelStaysAndEachTickLogsZero()
 {
     Searching searching(settings());
     const QPointer<QWidget> label = searching.view.widgetAt(0);
@@ -89,12 +89,12 @@ void DeviceDetectionTest::withoutADeviceTheLabelStaysAndEachTickLogsZero()
     QVERIFY(label);
     QCOMPARE(searching.view.content(), QStringList{notConnected});
     QCOMPARE(takeTraffic(), QStringList());
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora Driver"));
+    QCOMPARE(searching.window.windowTitle(), "Vesmora Driver");
     QVERIFY(searching.view.detectTimer()->isActive());
     QVERIFY(!searching.view.pollTimer()->isActive());
 }
 
-void DeviceDetectionTest::identifierZeroCountsAsNoDevice()
+void tst_DeviceDetection::identifierZeroCountsAsNoDevice()
 {
     plug(VESMORA_PID_RX1);
     QVERIFY(simulator().setIdentifier(0));
@@ -108,7 +108,7 @@ void DeviceDetectionTest::identifierZeroCountsAsNoDevice()
     QVERIFY(!searching.view.pollTimer()->isActive());
 }
 
-void DeviceDetectionTest::aModelShowsItsPanelAndFirmware()
+void tst_DeviceDetection::aModelShowsItsPanelAndFirmware()
 {
     QFETCH(quint32, model);
     QFETCH(QString, panel);
@@ -119,8 +119,8 @@ void DeviceDetectionTest::aModelShowsItsPanelAndFirmware()
     searching.view.detect();
 
     const QStringList log = QStringList{pidLog(model)} + firstEngineLog() + start.log
-        + QStringList{QStringLiteral("Adding %1 widget to layout.").arg(panel),
-                      QStringLiteral("Device found with PID: %1").arg(model)};
+        + QStringList{QString("Adding %1 widget to layout.").arg(panel),
+                      QString("Device found with PID: %1").arg(model)};
     QCOMPARE(takeLog(), log);
     const QStringList traffic = on(1, {"open", "getDevicePid"}) + on(2, {"open"})
         + on(2, firstEngineRequests()) + on(3, {"open"}) + on(3, start.requests)
@@ -134,22 +134,22 @@ void DeviceDetectionTest::aModelShowsItsPanelAndFirmware()
     QVERIFY(searching.view.pollTimer()->isActive());
 }
 
-void DeviceDetectionTest::theTitleTakesEachByteAsOneCharacter_data()
+void tst_DeviceDetection::theTitleTakesEachByteAsOneCharacter_data()
 {
     QTest::addColumn<QByteArray>("firmware");
     QTest::addColumn<QString>("version");
-    QTest::newRow("ten characters") << QByteArray("A1.20-b345") << QStringLiteral("A1.20-b345");
+    QTest::newRow("ten characters") << QByteArray("A1.20-b345") << "A1.20-b345";
     QTest::newRow("zero bytes stay")
         << QByteArray("1.2\0\0\0\0\0\0\0", 10) << QString::fromLatin1("1.2\0\0\0\0\0\0\0", 10);
     QTest::newRow("nothing but zero bytes") << QByteArray(10, '\0') << QString(10, QChar(0));
     QTest::newRow("Latin-1") << QByteArray("\x7F\x80\x9F\xA0\xB5\xC4\xDF\xE9\xF7\xFF")
-                             << QStringLiteral("\u007F\u0080\u009F\u00A0\u00B5"
-                                               "\u00C4\u00DF\u00E9\u00F7\u00FF");
+                             << "\u007F\u0080\u009F\u00A0\u00B5"
+                                "\u00C4\u00DF\u00E9\u00F7\u00FF";
     // Filled in one after the other, an earlier byte can make a new place, "%9", for a later one.
-    QTest::newRow("a place marker") << QByteArray("%9cdefghij") << QStringLiteral("icdefghij");
+    QTest::newRow("a place marker") << QByteArray("%9cdefghij") << "icdefghij";
 }
 
-void DeviceDetectionTest::theTitleTakesEachByteAsOneCharacter()
+void tst_DeviceDetection::theTitleTakesEachByteAsOneCharacter()
 {
     QFETCH(QByteArray, firmware);
     QFETCH(QString, version);
@@ -157,10 +157,10 @@ void DeviceDetectionTest::theTitleTakesEachByteAsOneCharacter()
     QVERIFY(simulator().setFirmware(firmware));
     Searching searching(settings());
     searching.view.detect();
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora RM - FW: ") + version);
+    QCOMPARE(searching.window.windowTitle(), QString("Vesmora RM - FW: ") + version);
 }
 
-void DeviceDetectionTest::detectionReplacesTheLabelOnceEventsRun()
+void tst_DeviceDetection::detectionReplacesTheLabelOnceEventsRun()
 {
     plug(VESMORA_PID_RX1);
     Searching searching(settings());
@@ -172,27 +172,26 @@ void DeviceDetectionTest::detectionReplacesTheLabelOnceEventsRun()
     QCOMPARE(searching.view.content(), QStringList{"rx1"});
 }
 
-void DeviceDetectionTest::anUnknownIdentifierShowsALabelAndKeepsProbing_data()
+void tst_DeviceDetection::anUnknownIdentifierShowsALabelAndKeepsProbing_data()
 {
     QTest::addColumn<quint32>("identifier");
     for (const quint32 identifier : {3u, 14u, 16u, 0x0Fu << 4, 0x10001u, 0xFFFFFFFFu})
         QTest::addRow("%u", identifier) << identifier;
 }
 
-void DeviceDetectionTest::anUnknownIdentifierShowsALabelAndKeepsProbing()
+void tst_DeviceDetection::anUnknownIdentifierShowsALabelAndKeepsProbing()
 {
     QFETCH(quint32, identifier);
     plug(identifier);
     Searching searching(settings());
     searching.view.detect();
     QCOMPARE(takeLog(),
-             (QStringList{pidLog(identifier),
-                          QStringLiteral("Unknown device PID: %1").arg(identifier)}));
+             (QStringList{pidLog(identifier), QString("Unknown device PID: %1").arg(identifier)}));
     // The probe is deliberately left open.
     QCOMPARE(takeTraffic(), on(1, {"open", "getDevicePid"}));
     QCOMPARE(searching.view.content(), QStringList{unknownDevice});
     QCOMPARE(searching.view.widgetAt(0)->styleSheet(), labelStyle);
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora Driver"));
+    QCOMPARE(searching.window.windowTitle(), "Vesmora Driver");
     QVERIFY(searching.view.detectTimer()->isActive());
     QVERIFY(!searching.view.pollTimer()->isActive());
 
@@ -200,7 +199,7 @@ void DeviceDetectionTest::anUnknownIdentifierShowsALabelAndKeepsProbing()
     QCOMPARE(takeTraffic(), on(2, {"open", "getDevicePid"}));
 }
 
-void DeviceDetectionTest::eachProbeOfAnUnknownDeviceReplacesTheLabel()
+void tst_DeviceDetection::eachProbeOfAnUnknownDeviceReplacesTheLabel()
 {
     plug(3);
     Searching searching(settings());
@@ -214,7 +213,7 @@ void DeviceDetectionTest::eachProbeOfAnUnknownDeviceReplacesTheLabel()
     QCOMPARE(searching.window.findChildren<QLabel *>().size(), 1);
 }
 
-void DeviceDetectionTest::aFailedReadKeepsThePreviousIdentifier()
+void tst_DeviceDetection::aFailedReadKeepsThePreviousIdentifier()
 {
     plug(3);
     Searching searching(settings());
@@ -223,7 +222,7 @@ void DeviceDetectionTest::aFailedReadKeepsThePreviousIdentifier()
     takeTraffic();
     const QStringList again{pidLog(3), "Unknown device PID: 3"};
 
-    QVERIFY(simulator().fail(QStringLiteral("getDevicePid"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(simulator().fail("getDevicePid", 1, ERROR_GEN_FAILURE));
     searching.view.detect();
     QCOMPARE(takeLog(), again);
     QCOMPARE(takeTraffic(), on(2, {"open", "getDevicePid !31"}));
@@ -235,7 +234,7 @@ void DeviceDetectionTest::aFailedReadKeepsThePreviousIdentifier()
     QCOMPARE(searching.view.content(), QStringList{unknownDevice});
 }
 
-void DeviceDetectionTest::anUnknownDeviceMayBecomeAKnownOne()
+void tst_DeviceDetection::anUnknownDeviceMayBecomeAKnownOne()
 {
     plug(3);
     Searching searching(settings());
@@ -246,12 +245,12 @@ void DeviceDetectionTest::anUnknownDeviceMayBecomeAKnownOne()
     QVERIFY(!searching.view.detectTimer()->isActive());
 }
 
-void DeviceDetectionTest::withoutASettingsLinkTheWindowIsEmptyAndBothTimersRun()
+void tst_DeviceDetection::withoutASettingsLinkTheWindowIsEmptyAndBothTimersRun()
 {
     if (!simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
     plug(VESMORA_PID_RX1);
-    QVERIFY(simulator().fail(QStringLiteral("open"), 2, ERROR_ACCESS_DENIED));
+    QVERIFY(simulator().fail("open", 2, ERROR_ACCESS_DENIED));
     Searching searching(settings());
     searching.view.detect();
     QCOMPARE(takeLog(),
@@ -261,7 +260,7 @@ void DeviceDetectionTest::withoutASettingsLinkTheWindowIsEmptyAndBothTimersRun()
     QCOMPARE(takeTraffic(),
              on(1, {"open", "getDevicePid"}) + QStringList{"open !5"} + on(2, {"open"}));
     QCOMPARE(searching.view.content(), QStringList());
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora Driver"));
+    QCOMPARE(searching.window.windowTitle(), "Vesmora Driver");
     QVERIFY(searching.view.detectTimer()->isActive());
     QVERIFY(searching.view.pollTimer()->isActive());
 
@@ -269,13 +268,13 @@ void DeviceDetectionTest::withoutASettingsLinkTheWindowIsEmptyAndBothTimersRun()
     QCOMPARE(takeTraffic(), on(2, {"getDevicePid"}));
 }
 
-void DeviceDetectionTest::theNextTickMakesUpForAMissingSettingsLink()
+void tst_DeviceDetection::theNextTickMakesUpForAMissingSettingsLink()
 {
     if (!simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
     const PanelStart start = panelStarts(VESMORA_PID_RX1).constFirst();
     plug(VESMORA_PID_RX1);
-    QVERIFY(simulator().fail(QStringLiteral("open"), 2, ERROR_ACCESS_DENIED));
+    QVERIFY(simulator().fail("open", 2, ERROR_ACCESS_DENIED));
     Searching searching(settings());
     searching.view.detect();
     takeLog();
@@ -293,18 +292,18 @@ void DeviceDetectionTest::theNextTickMakesUpForAMissingSettingsLink()
     QCOMPARE(takeTraffic(), on(6, {"getDevicePid"}));
 }
 
-void DeviceDetectionTest::aFailedFirmwareReadIsToldBelowThePanel()
+void tst_DeviceDetection::aFailedFirmwareReadIsToldBelowThePanel()
 {
     QFETCH(quint32, model);
     QFETCH(QString, panel);
     const PanelStart start = panelStarts(model).constFirst();
     plug(model);
-    QVERIFY(simulator().fail(QStringLiteral("getFirmwareVersion"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(simulator().fail("getFirmwareVersion", 1, ERROR_GEN_FAILURE));
     Searching searching(settings());
     searching.view.detect();
 
     const QStringList log = QStringList{pidLog(model)} + firstEngineLog() + start.log
-        + QStringList{QStringLiteral("Adding %1 widget to layout.").arg(panel),
+        + QStringList{QString("Adding %1 widget to layout.").arg(panel),
                       "Failed to get firmware version."};
     QCOMPARE(takeLog(), log);
     // The probe is deliberately left open.
@@ -313,19 +312,19 @@ void DeviceDetectionTest::aFailedFirmwareReadIsToldBelowThePanel()
                  + on(3, {"open"}) + on(3, start.requests) + on(1, {"getFirmwareVersion !31"}));
     QCOMPARE(searching.view.content(), (QStringList{panel, noFirmware}));
     QCOMPARE(searching.view.widgetAt(1)->styleSheet(), labelStyle);
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora Driver"));
+    QCOMPARE(searching.window.windowTitle(), "Vesmora Driver");
     QVERIFY(searching.view.detectTimer()->isActive());
     QVERIFY(!searching.view.pollTimer()->isActive());
 }
 
-void DeviceDetectionTest::afterAFailedFirmwareReadTheNextTickStartsOver()
+void tst_DeviceDetection::afterAFailedFirmwareReadTheNextTickStartsOver()
 {
     QFETCH(quint32, model);
     QFETCH(QString, panel);
     QFETCH(QString, title);
     const QList<PanelStart> starts = panelStarts(model, 2);
     plug(model);
-    QVERIFY(simulator().fail(QStringLiteral("getFirmwareVersion"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(simulator().fail("getFirmwareVersion", 1, ERROR_GEN_FAILURE));
     Searching searching(settings());
     searching.view.detect();
     const QPointer<QWidget> firstPanel = searching.view.widgetAt(0);
@@ -335,8 +334,8 @@ void DeviceDetectionTest::afterAFailedFirmwareReadTheNextTickStartsOver()
 
     searching.view.detect();
     const QStringList log = QStringList{pidLog(model)} + laterEngineLog() + starts.at(1).log
-        + QStringList{QStringLiteral("Adding %1 widget to layout.").arg(panel),
-                      QStringLiteral("Device found with PID: %1").arg(model)};
+        + QStringList{QString("Adding %1 widget to layout.").arg(panel),
+                      QString("Device found with PID: %1").arg(model)};
     QCOMPARE(takeLog(), log);
     QCOMPARE(takeTraffic(),
              on(4, {"open", "getDevicePid"}) + on(2, {"close"}) + on(5, {"open"})
@@ -352,7 +351,7 @@ void DeviceDetectionTest::afterAFailedFirmwareReadTheNextTickStartsOver()
     QCOMPARE(takeTraffic(), on(3, {"close"}));
 }
 
-void DeviceDetectionTest::theMessagesAreNotTranslated()
+void tst_DeviceDetection::theMessagesAreNotTranslated()
 {
     class AnyTranslator : public QTranslator
     {
@@ -360,7 +359,7 @@ void DeviceDetectionTest::theMessagesAreNotTranslated()
         QString translate(const char *context, const char *, const char *, int) const override
         {
             // Panels and dialog may say what they like.
-            return qstrcmp(context, "MainWindow") == 0 ? QStringLiteral("translated") : QString();
+            return qstrcmp(context, "MainWindow") == 0 ? "translated" : QString();
         }
         bool isEmpty() const override { return false; }
     } translator;
@@ -372,25 +371,24 @@ void DeviceDetectionTest::theMessagesAreNotTranslated()
     QCOMPARE(searching.view.content(), QStringList{unknownDevice});
 
     QVERIFY(simulator().setIdentifier(VESMORA_PID_RX1));
-    QVERIFY(simulator().fail(QStringLiteral("getFirmwareVersion"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(simulator().fail("getFirmwareVersion", 1, ERROR_GEN_FAILURE));
     searching.view.detect();
     QCOMPARE(searching.view.content(), (QStringList{"rx1", noFirmware}));
 }
 
-void DeviceDetectionTest::theTimersOfAHiddenWindowFindADevice()
+void tst_DeviceDetection::theTimersOfAHiddenWindowFindADevice()
 {
     Searching searching(settings());
     QTRY_VERIFY_WITH_TIMEOUT(log().count(pidLog(0)) >= 2, patience);
     plug(VESMORA_PID_RM);
     QTRY_COMPARE_WITH_TIMEOUT(searching.view.content(), QStringList{"rm"}, patience);
-    QCOMPARE(searching.window.windowTitle(), QStringLiteral("Vesmora RM - FW: 2025093001"));
+    QCOMPARE(searching.window.windowTitle(), "Vesmora RM - FW: 2025093001");
     QVERIFY(!searching.window.isVisible());
     // The engine's start goes on by itself meanwhile, and so do the polls.
-    QTRY_VERIFY_WITH_TIMEOUT(log().contains(QStringLiteral("设置初始化完成")), patience);
-    QTRY_VERIFY_WITH_TIMEOUT(simulator().requests().count(QStringLiteral("getDevicePid")) > 3,
-                             patience);
+    QTRY_VERIFY_WITH_TIMEOUT(log().contains("设置初始化完成"), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(simulator().requests().count("getDevicePid") > 3, patience);
     QCOMPARE(searching.view.content(), QStringList{"rm"});
 }
 
-QTEST_MAIN(DeviceDetectionTest)
+QTEST_MAIN(tst_DeviceDetection)
 #include "tst_devicedetection.moc"

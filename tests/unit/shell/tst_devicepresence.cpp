@@ -10,12 +10,12 @@
 
 namespace {
 
-const QString notConnected = QStringLiteral("声卡未连接！");
-const QString rx1Title = QStringLiteral("Vesmora RX1 - FW: 2025093001");
+const QString notConnected = "声卡未连接！";
+const QString rx1Title = "Vesmora RX1 - FW: 2025093001";
 
 QString errorLog(int count)
 {
-    return QStringLiteral("Error reading device PID from driver, error count: %1").arg(count);
+    return QString("Error reading device PID from driver, error count: %1").arg(count);
 }
 
 const QStringList lossLog{"Meter driver handle deleted.", "Cleared all widgets from base layout."};
@@ -26,9 +26,9 @@ class LossTranslator : public QTranslator
 public:
     QString translate(const char *context, const char *source, const char *, int) const override
     {
-        const bool isLoss = qstrcmp(context, "MainWindow") == 0
-            && QString::fromUtf8(source) == QStringLiteral("声卡未连接！");
-        return isLoss ? QStringLiteral("gone") : QString();
+        const bool isLoss =
+            qstrcmp(context, "MainWindow") == 0 && QString::fromUtf8(source) == "声卡未连接！";
+        return isLoss ? "gone" : QString();
     }
     bool isEmpty() const override { return false; }
 };
@@ -36,7 +36,7 @@ public:
 } // namespace
 
 /// What each tick of the presence poll does while a device is shown.
-class DevicePresenceTest : public ShellFixture
+class tst_DevicePresence : public ShellFixture
 {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ private:
     std::unique_ptr<WindowView> m_view;
 };
 
-void DevicePresenceTest::init()
+void tst_DevicePresence::init()
 {
     ShellFixture::init();
     if (QTest::currentTestFailed())
@@ -85,14 +85,14 @@ void DevicePresenceTest::init()
     m_view = std::make_unique<WindowView>(*m_window);
 }
 
-void DevicePresenceTest::cleanup()
+void tst_DevicePresence::cleanup()
 {
     m_view.reset();
     m_window.reset();
     ShellFixture::cleanup();
 }
 
-void DevicePresenceTest::show(quint32 model)
+void tst_DevicePresence::show(quint32 model)
 {
     plug(model);
     view().detect();
@@ -101,7 +101,7 @@ void DevicePresenceTest::show(quint32 model)
     forget();
 }
 
-void DevicePresenceTest::loseDevice()
+void tst_DevicePresence::loseDevice()
 {
     unplug();
     poll(3);
@@ -110,19 +110,19 @@ void DevicePresenceTest::loseDevice()
     forget();
 }
 
-void DevicePresenceTest::poll(int times)
+void tst_DevicePresence::poll(int times)
 {
     for (int i = 0; i < times; ++i)
         view().poll();
 }
 
-void DevicePresenceTest::forget()
+void tst_DevicePresence::forget()
 {
     takeLog();
     takeTraffic();
 }
 
-void DevicePresenceTest::successfulPollsSayNothing()
+void tst_DevicePresence::successfulPollsSayNothing()
 {
     show(VESMORA_PID_RX1);
     poll(2);
@@ -131,7 +131,7 @@ void DevicePresenceTest::successfulPollsSayNothing()
     QCOMPARE(view().content(), QStringList{"rx1"});
 }
 
-void DevicePresenceTest::aChangedIdentifierIsNotNoticed()
+void tst_DevicePresence::aChangedIdentifierIsNotNoticed()
 {
     show(VESMORA_PID_RX1);
     for (const quint32 identifier : {VESMORA_PID_RM, 3u, 0u}) {
@@ -143,7 +143,7 @@ void DevicePresenceTest::aChangedIdentifierIsNotNoticed()
     }
 }
 
-void DevicePresenceTest::twoFailedPollsOnlyLog()
+void tst_DevicePresence::twoFailedPollsOnlyLog()
 {
     show(VESMORA_PID_RX1);
     unplug();
@@ -157,11 +157,11 @@ void DevicePresenceTest::twoFailedPollsOnlyLog()
     QVERIFY(!settings().pendingInit);
 }
 
-void DevicePresenceTest::aSuccessfulPollForgetsTheFailures()
+void tst_DevicePresence::aSuccessfulPollForgetsTheFailures()
 {
     show(VESMORA_PID_RX1);
     for (int round = 0; round < 2; ++round) {
-        QVERIFY(simulator().fail(QStringLiteral("getDevicePid"), 1, ERROR_GEN_FAILURE, 2));
+        QVERIFY(simulator().fail("getDevicePid", 1, ERROR_GEN_FAILURE, 2));
         poll(3);
         QCOMPARE(takeLog(), (QStringList{errorLog(1), errorLog(2)}));
         QCOMPARE(takeTraffic(), on(4, {"getDevicePid !31", "getDevicePid !31", "getDevicePid"}));
@@ -169,7 +169,7 @@ void DevicePresenceTest::aSuccessfulPollForgetsTheFailures()
     QCOMPARE(view().content(), QStringList{"rx1"});
 }
 
-void DevicePresenceTest::theThirdFailedPollTearsThePanelDown()
+void tst_DevicePresence::theThirdFailedPollTearsThePanelDown()
 {
     show(VESMORA_PID_RX1);
     unplug();
@@ -178,7 +178,7 @@ void DevicePresenceTest::theThirdFailedPollTearsThePanelDown()
     QCOMPARE(takeTraffic(),
              on(4, {"getDevicePid !1167", "getDevicePid !1167", "getDevicePid !1167", "close"}));
     QCOMPARE(view().content(), QStringList{notConnected});
-    QCOMPARE(view().widgetAt(0)->styleSheet(), QStringLiteral("font-size: 12px; color: white;"));
+    QCOMPARE(view().widgetAt(0)->styleSheet(), "font-size: 12px; color: white;");
     QVERIFY(!view().pollTimer()->isActive());
     QVERIFY(view().detectTimer()->isActive());
     QCOMPARE(view().detectTimer()->interval(), 1000);
@@ -188,7 +188,7 @@ void DevicePresenceTest::theThirdFailedPollTearsThePanelDown()
     QCOMPARE(takeLog(), QStringList{"Device PID: 0"});
 }
 
-void DevicePresenceTest::thePanelGoesOnceEventsRun()
+void tst_DevicePresence::thePanelGoesOnceEventsRun()
 {
     show(VESMORA_PID_RX1);
     unplug();
@@ -202,7 +202,7 @@ void DevicePresenceTest::thePanelGoesOnceEventsRun()
     QCOMPARE(takeTraffic(), on(3, {"close"}));
 }
 
-void DevicePresenceTest::theTitleOutlivesTheDevice()
+void tst_DevicePresence::theTitleOutlivesTheDevice()
 {
     show(VESMORA_PID_RX1);
     QCOMPARE(m_window->windowTitle(), rx1Title);
@@ -211,7 +211,7 @@ void DevicePresenceTest::theTitleOutlivesTheDevice()
     QCOMPARE(m_window->windowTitle(), rx1Title);
 }
 
-void DevicePresenceTest::theLabelOfALostDeviceIsTranslated()
+void tst_DevicePresence::theLabelOfALostDeviceIsTranslated()
 {
     LossTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
@@ -220,7 +220,7 @@ void DevicePresenceTest::theLabelOfALostDeviceIsTranslated()
     QCOMPARE(view().content(), QStringList{"gone"});
 }
 
-void DevicePresenceTest::aLossLeavesTheSettingsPending()
+void tst_DevicePresence::aLossLeavesTheSettingsPending()
 {
     show(VESMORA_PID_RX1);
     settings().pendingInit = false;
@@ -228,19 +228,19 @@ void DevicePresenceTest::aLossLeavesTheSettingsPending()
     QVERIFY(settings().pendingInit);
 }
 
-void DevicePresenceTest::afterALossTheSearchFindsTheNextDevice()
+void tst_DevicePresence::afterALossTheSearchFindsTheNextDevice()
 {
     show(VESMORA_PID_RX1);
     loseDevice();
     QVERIFY(simulator().setFirmware("ABCDEFGHIJ"));
     show(VESMORA_PID_RM);
     QCOMPARE(view().content(), QStringList{"rm"});
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("Vesmora RM - FW: ABCDEFGHIJ"));
+    QCOMPARE(m_window->windowTitle(), "Vesmora RM - FW: ABCDEFGHIJ");
     QVERIFY(!view().detectTimer()->isActive());
     QCOMPARE(m_window->findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly).size(), 0);
 }
 
-void DevicePresenceTest::afterALossOneFailedPollTearsDownAtOnce()
+void tst_DevicePresence::afterALossOneFailedPollTearsDownAtOnce()
 {
     show(VESMORA_PID_RX1);
     loseDevice();
@@ -255,7 +255,7 @@ void DevicePresenceTest::afterALossOneFailedPollTearsDownAtOnce()
     }
 }
 
-void DevicePresenceTest::aSuccessfulPollAfterALossForgivesIt()
+void tst_DevicePresence::aSuccessfulPollAfterALossForgivesIt()
 {
     show(VESMORA_PID_RX1);
     loseDevice();
@@ -267,10 +267,10 @@ void DevicePresenceTest::aSuccessfulPollAfterALossForgivesIt()
     QCOMPARE(view().content(), QStringList{"rx1"});
 }
 
-void DevicePresenceTest::aPresenceConnectionThatDidNotOpenLosesTheDevice()
+void tst_DevicePresence::aPresenceConnectionThatDidNotOpenLosesTheDevice()
 {
     plug(VESMORA_PID_RX1);
-    QVERIFY(simulator().fail(QStringLiteral("open"), 4, ERROR_ACCESS_DENIED));
+    QVERIFY(simulator().fail("open", 4, ERROR_ACCESS_DENIED));
     view().detect();
     QCOMPARE(view().content(), QStringList{"rx1"});
     QCOMPARE(m_window->windowTitle(), rx1Title);
@@ -282,12 +282,12 @@ void DevicePresenceTest::aPresenceConnectionThatDidNotOpenLosesTheDevice()
     QVERIFY(view().detectTimer()->isActive());
 }
 
-void DevicePresenceTest::aLossWithoutASettingsLinkAlsoClearsUp()
+void tst_DevicePresence::aLossWithoutASettingsLinkAlsoClearsUp()
 {
     if (!simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
     plug(VESMORA_PID_RX1);
-    QVERIFY(simulator().fail(QStringLiteral("open"), 2, ERROR_ACCESS_DENIED));
+    QVERIFY(simulator().fail("open", 2, ERROR_ACCESS_DENIED));
     view().detect();
     QVERIFY(view().detectTimer()->isActive());
     forget();
@@ -299,10 +299,10 @@ void DevicePresenceTest::aLossWithoutASettingsLinkAlsoClearsUp()
     QVERIFY(view().detectTimer()->isActive());
 }
 
-void DevicePresenceTest::aDeviceThatGoesBeforeItsFirmwareIsReadIsLostByThePolls()
+void tst_DevicePresence::aDeviceThatGoesBeforeItsFirmwareIsReadIsLostByThePolls()
 {
     plug(VESMORA_PID_RX1);
-    QVERIFY(simulator().fail(QStringLiteral("getFirmwareVersion"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(simulator().fail("getFirmwareVersion", 1, ERROR_GEN_FAILURE));
     view().detect();
     unplug();
     forget();
@@ -320,13 +320,12 @@ void DevicePresenceTest::aDeviceThatGoesBeforeItsFirmwareIsReadIsLostByThePolls(
     QCOMPARE(view().content(), QStringList{notConnected});
 }
 
-void DevicePresenceTest::theTimersNoticeTheLossAndTheReturn()
+void tst_DevicePresence::theTimersNoticeTheLossAndTheReturn()
 {
     plug(VESMORA_PID_RM);
     QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{"rm"}, patience);
     // A poll that succeeds, so that the count begins at none.
-    QTRY_VERIFY_WITH_TIMEOUT(simulator().requests().count(QStringLiteral("getDevicePid")) >= 2,
-                             patience);
+    QTRY_VERIFY_WITH_TIMEOUT(simulator().requests().count("getDevicePid") >= 2, patience);
     QVERIFY(simulator().unplug());
     QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{notConnected}, patience);
     const QStringList lines = takeLog();
@@ -337,5 +336,5 @@ void DevicePresenceTest::theTimersNoticeTheLossAndTheReturn()
     QTRY_COMPARE_WITH_TIMEOUT(view().content(), QStringList{"rm"}, patience);
 }
 
-QTEST_MAIN(DevicePresenceTest)
+QTEST_MAIN(tst_DevicePresence)
 #include "tst_devicepresence.moc"

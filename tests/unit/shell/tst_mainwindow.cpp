@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 
 /// The window as it comes, before it has looked for a device.
-class MainWindowTest : public ShellFixture
+class tst_MainWindow : public ShellFixture
 {
     Q_OBJECT
 
@@ -34,14 +34,14 @@ class AnyTranslator : public QTranslator
 public:
     QString translate(const char *, const char *, const char *, int) const override
     {
-        return QStringLiteral("translated");
+        return "translated";
     }
     bool isEmpty() const override { return false; }
 };
 
 } // namespace
 
-void MainWindowTest::hasOnlyMinimizeAndCloseButtons()
+void tst_MainWindow::hasOnlyMinimizeAndCloseButtons()
 {
     constexpr Qt::WindowFlags buttons = Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
     // A window of these flags also has a title bar and its menu.
@@ -53,24 +53,24 @@ void MainWindowTest::hasOnlyMinimizeAndCloseButtons()
     QVERIFY(!window.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
 }
 
-void MainWindowTest::isTitledStyledAndDeletedOnClose()
+void tst_MainWindow::isTitledStyledAndDeletedOnClose()
 {
     const MainWindow window;
-    QCOMPARE(window.windowTitle(), QStringLiteral("Vesmora Driver"));
-    QCOMPARE(window.styleSheet(), QStringLiteral("QMainWindow { background-color: #2c313c; }"));
+    QCOMPARE(window.windowTitle(), "Vesmora Driver");
+    QCOMPARE(window.styleSheet(), "QMainWindow { background-color: #2c313c; }");
     QVERIFY(window.testAttribute(Qt::WA_DeleteOnClose));
 }
 
-void MainWindowTest::showsTheProgramsIcon()
+void tst_MainWindow::showsTheProgramsIcon()
 {
     const MainWindow window;
-    const QPixmap icon(QStringLiteral(":/icon/icon.png"));
+    const QPixmap icon(":/icon/icon.png");
     QVERIFY(!icon.isNull());
     QCOMPARE(window.windowIcon().availableSizes(), QList<QSize>{icon.size()});
     QCOMPARE(window.windowIcon().pixmap(icon.size()).toImage(), icon.toImage());
 }
 
-void MainWindowTest::itsCentralWidgetCentresItsContent()
+void tst_MainWindow::itsCentralWidgetCentresItsContent()
 {
     const MainWindow window;
     QCOMPARE(window.centralWidget()->metaObject(), &QWidget::staticMetaObject);
@@ -79,7 +79,7 @@ void MainWindowTest::itsCentralWidgetCentresItsContent()
     QCOMPARE(layout->alignment(), Qt::AlignCenter);
 }
 
-void MainWindowTest::showsOneUntranslatedLabelAtFirst()
+void tst_MainWindow::showsOneUntranslatedLabelAtFirst()
 {
     AnyTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
@@ -87,10 +87,10 @@ void MainWindowTest::showsOneUntranslatedLabelAtFirst()
     const WindowView view(window);
     QCOMPARE(view.content(), QStringList{"声卡未连接！"});
     QCOMPARE(view.widgetAt(0)->metaObject(), &QLabel::staticMetaObject);
-    QCOMPARE(view.widgetAt(0)->styleSheet(), QStringLiteral("font-size: 12px; color: white;"));
+    QCOMPARE(view.widgetAt(0)->styleSheet(), "font-size: 12px; color: white;");
 }
 
-void MainWindowTest::searchesFromTheBeginningAndDoesNotPoll()
+void tst_MainWindow::searchesFromTheBeginningAndDoesNotPoll()
 {
     MainWindow window;
     const WindowView view(window);
@@ -103,7 +103,7 @@ void MainWindowTest::searchesFromTheBeginningAndDoesNotPoll()
     QCOMPARE(window.findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).size(), 2);
 }
 
-void MainWindowTest::doesNothingBeforeItsFirstTick()
+void tst_MainWindow::doesNothingBeforeItsFirstTick()
 {
     plug(VESMORA_PID_RX1);
     // No settings dialog is set: a look at the device would not survive that.
@@ -112,14 +112,14 @@ void MainWindowTest::doesNothingBeforeItsFirstTick()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void MainWindowTest::declaresNoSignalsOrSlots()
+void tst_MainWindow::declaresNoSignalsOrSlots()
 {
     const QMetaObject &meta = MainWindow::staticMetaObject;
     QCOMPARE(meta.methodCount(), meta.methodOffset());
     QCOMPARE(meta.superClass(), &QMainWindow::staticMetaObject);
 }
 
-void MainWindowTest::isNotShownByItself()
+void tst_MainWindow::isNotShownByItself()
 {
     MainWindow window;
     window.settingsWindow = &settings();
@@ -129,5 +129,5 @@ void MainWindowTest::isNotShownByItself()
     QVERIFY(!settings().isVisible());
 }
 
-QTEST_MAIN(MainWindowTest)
+QTEST_MAIN(tst_MainWindow)
 #include "tst_mainwindow.moc"

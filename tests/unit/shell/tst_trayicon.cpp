@@ -33,7 +33,7 @@ class TellingTranslator : public QTranslator
 public:
     QString translate(const char *context, const char *source, const char *, int) const override
     {
-        return QStringLiteral("%1|%2").arg(QString::fromUtf8(context), QString::fromUtf8(source));
+        return QString("%1|%2").arg(QString::fromUtf8(context), QString::fromUtf8(source));
     }
     bool isEmpty() const override { return false; }
 };
@@ -41,7 +41,7 @@ public:
 } // namespace
 
 /// The icon in the notification area, its menu, and what they lead to.
-class TrayIconTest : public ShellFixture
+class tst_TrayIcon : public ShellFixture
 {
     Q_OBJECT
 
@@ -80,7 +80,7 @@ private:
     }
 };
 
-void TrayIconTest::theMenuHasItsEntriesInOrder()
+void tst_TrayIcon::theMenuHasItsEntriesInOrder()
 {
     const TrayIcon tray;
     QCOMPARE(
@@ -89,7 +89,7 @@ void TrayIconTest::theMenuHasItsEntriesInOrder()
                      "Refresh Audio Device", "Win Sound Pannel", separator, separator}));
 }
 
-void TrayIconTest::onlyTheVersionIsGreyedOut()
+void tst_TrayIcon::onlyTheVersionIsGreyedOut()
 {
     const TrayIcon tray;
     const QList<QAction *> actions = tray.contextMenu()->actions();
@@ -100,7 +100,7 @@ void TrayIconTest::onlyTheVersionIsGreyedOut()
     }
 }
 
-void TrayIconTest::theEntriesBelongToTheIconAndAreMadeInOrder()
+void tst_TrayIcon::theEntriesBelongToTheIconAndAreMadeInOrder()
 {
     const TrayIcon tray;
     QStringList made;
@@ -112,7 +112,7 @@ void TrayIconTest::theEntriesBelongToTheIconAndAreMadeInOrder()
                           "Refresh Audio Device", "V20250930"}));
 }
 
-void TrayIconTest::theMenuHasNoParentAndGoesWithTheIcon()
+void tst_TrayIcon::theMenuHasNoParentAndGoesWithTheIcon()
 {
     QPointer<QMenu> menu;
     {
@@ -124,7 +124,7 @@ void TrayIconTest::theMenuHasNoParentAndGoesWithTheIcon()
     QVERIFY(!menu);
 }
 
-void TrayIconTest::allEntriesButTheVersionAreTranslated()
+void tst_TrayIcon::allEntriesButTheVersionAreTranslated()
 {
     TellingTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
@@ -136,7 +136,7 @@ void TrayIconTest::allEntriesButTheVersionAreTranslated()
                           separator}));
 }
 
-void TrayIconTest::declaresItsSlotsInOrder()
+void tst_TrayIcon::declaresItsSlotsInOrder()
 {
     const QMetaObject &meta = TrayIcon::staticMetaObject;
     QByteArrayList slotNames;
@@ -149,24 +149,24 @@ void TrayIconTest::declaresItsSlotsInOrder()
                              "openSoundPannel()", "refreshDeviceList()"}));
 }
 
-void TrayIconTest::showsTheProgramsIconAndIsNotVisibleByItself()
+void tst_TrayIcon::showsTheProgramsIconAndIsNotVisibleByItself()
 {
     const TrayIcon tray;
-    const QPixmap icon(QStringLiteral(":/icon/icon.png"));
+    const QPixmap icon(":/icon/icon.png");
     QVERIFY(!icon.isNull());
     QCOMPARE(tray.icon().pixmap(icon.size()).toImage(), icon.toImage());
     QVERIFY(!tray.isVisible());
     QVERIFY(!tray.settingsWindow);
 }
 
-void TrayIconTest::keepsTheProgramRunningWithoutWindows()
+void tst_TrayIcon::keepsTheProgramRunningWithoutWindows()
 {
     QGuiApplication::setQuitOnLastWindowClosed(true);
     const TrayIcon tray;
     QVERIFY(!QGuiApplication::quitOnLastWindowClosed());
 }
 
-void TrayIconTest::theVersionEntryDoesNothing()
+void tst_TrayIcon::theVersionEntryDoesNothing()
 {
     plug(VESMORA_PID_RX1);
     MainWindow window;
@@ -180,7 +180,7 @@ void TrayIconTest::theVersionEntryDoesNothing()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TrayIconTest::quitEndsTheEventLoop()
+void tst_TrayIcon::quitEndsTheEventLoop()
 {
     const TrayIcon tray;
     QTimer::singleShot(0, &tray, [&tray] { trigger(tray, Quit); });
@@ -188,7 +188,7 @@ void TrayIconTest::quitEndsTheEventLoop()
     QCOMPARE(QCoreApplication::exec(), 0);
 }
 
-void TrayIconTest::setupShowsTheSettingsDialog()
+void tst_TrayIcon::setupShowsTheSettingsDialog()
 {
     MainWindow window;
     TrayIcon tray;
@@ -201,7 +201,7 @@ void TrayIconTest::setupShowsTheSettingsDialog()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TrayIconTest::theMainWindowEntryShowsTheMainWindow()
+void tst_TrayIcon::theMainWindowEntryShowsTheMainWindow()
 {
     MainWindow window;
     window.settingsWindow = &settings();
@@ -214,7 +214,7 @@ void TrayIconTest::theMainWindowEntryShowsTheMainWindow()
     QVERIFY(QTest::qWaitForWindowActive(&window));
 }
 
-void TrayIconTest::onlyTriggerAndDoubleClickShowTheMainWindow_data()
+void tst_TrayIcon::onlyTriggerAndDoubleClickShowTheMainWindow_data()
 {
     QTest::addColumn<QSystemTrayIcon::ActivationReason>("reason");
     QTest::addColumn<bool>("shown");
@@ -225,7 +225,7 @@ void TrayIconTest::onlyTriggerAndDoubleClickShowTheMainWindow_data()
     QTest::newRow("middle click") << QSystemTrayIcon::MiddleClick << false;
 }
 
-void TrayIconTest::onlyTriggerAndDoubleClickShowTheMainWindow()
+void tst_TrayIcon::onlyTriggerAndDoubleClickShowTheMainWindow()
 {
     QFETCH(QSystemTrayIcon::ActivationReason, reason);
     QFETCH(bool, shown);
@@ -239,7 +239,7 @@ void TrayIconTest::onlyTriggerAndDoubleClickShowTheMainWindow()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TrayIconTest::aNullMainWindowIsIgnored()
+void tst_TrayIcon::aNullMainWindowIsIgnored()
 {
     MainWindow window;
     TrayIcon tray;
@@ -249,7 +249,7 @@ void TrayIconTest::aNullMainWindowIsIgnored()
     QVERIFY(window.isVisible());
 }
 
-void TrayIconTest::withoutAMainWindowAWarningIsShown_data()
+void tst_TrayIcon::withoutAMainWindowAWarningIsShown_data()
 {
     QTest::addColumn<QSystemTrayIcon::ActivationReason>("reason");
     QTest::newRow("from the menu") << QSystemTrayIcon::Unknown;
@@ -257,7 +257,7 @@ void TrayIconTest::withoutAMainWindowAWarningIsShown_data()
     QTest::newRow("by a double click") << QSystemTrayIcon::DoubleClick;
 }
 
-void TrayIconTest::withoutAMainWindowAWarningIsShown()
+void tst_TrayIcon::withoutAMainWindowAWarningIsShown()
 {
     QFETCH(QSystemTrayIcon::ActivationReason, reason);
     TrayIcon tray;
@@ -267,11 +267,10 @@ void TrayIconTest::withoutAMainWindowAWarningIsShown()
         trigger(tray, MainWindowEntry);
     else
         emit tray.activated(reason);
-    verifyOneWarning(watcher, QStringLiteral("警告"),
-                     QStringLiteral("主窗口未设置，请先设置主窗口。"));
+    verifyOneWarning(watcher, "警告", "主窗口未设置，请先设置主窗口。");
 }
 
-void TrayIconTest::otherClicksWithoutAMainWindowDoNothing_data()
+void tst_TrayIcon::otherClicksWithoutAMainWindowDoNothing_data()
 {
     QTest::addColumn<QSystemTrayIcon::ActivationReason>("reason");
     QTest::newRow("unknown") << QSystemTrayIcon::Unknown;
@@ -279,7 +278,7 @@ void TrayIconTest::otherClicksWithoutAMainWindowDoNothing_data()
     QTest::newRow("middle click") << QSystemTrayIcon::MiddleClick;
 }
 
-void TrayIconTest::otherClicksWithoutAMainWindowDoNothing()
+void tst_TrayIcon::otherClicksWithoutAMainWindowDoNothing()
 {
     QFETCH(QSystemTrayIcon::ActivationReason, reason);
     TrayIcon tray;
@@ -288,19 +287,18 @@ void TrayIconTest::otherClicksWithoutAMainWindowDoNothing()
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TrayIconTest::withoutASettingsDialogAWarningIsShown()
+void tst_TrayIcon::withoutASettingsDialogAWarningIsShown()
 {
     MainWindow window;
     TrayIcon tray;
     tray.setMainWindow(&window);
     const BoxWatcher watcher;
     trigger(tray, Setup);
-    verifyOneWarning(watcher, QStringLiteral("警告"),
-                     QStringLiteral("设置窗口未设置，请先设置设置窗口。"));
+    verifyOneWarning(watcher, "警告", "设置窗口未设置，请先设置设置窗口。");
     QVERIFY(!window.isVisible());
 }
 
-void TrayIconTest::upgradeSendsOnePacketAndClosesTheDevice()
+void tst_TrayIcon::upgradeSendsOnePacketAndClosesTheDevice()
 {
     plug(VESMORA_PID_RM);
     const TrayIcon tray;
@@ -315,10 +313,10 @@ void TrayIconTest::upgradeSendsOnePacketAndClosesTheDevice()
     QCOMPARE(record.at(1).bytes, QByteArray("\x01\x60") + QByteArray(35, '\0'));
 }
 
-void TrayIconTest::upgradeSaysNothingWhenTheDeviceRefuses()
+void tst_TrayIcon::upgradeSaysNothingWhenTheDeviceRefuses()
 {
     plug(VESMORA_PID_RX1);
-    QVERIFY(simulator().fail(QStringLiteral("upgradeFirmware"), 1, ERROR_GEN_FAILURE));
+    QVERIFY(simulator().fail("upgradeFirmware", 1, ERROR_GEN_FAILURE));
     const TrayIcon tray;
     const BoxWatcher watcher;
     trigger(tray, Upgrade);
@@ -327,7 +325,7 @@ void TrayIconTest::upgradeSaysNothingWhenTheDeviceRefuses()
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TrayIconTest::upgradeWithoutADeviceOnlyLogs()
+void tst_TrayIcon::upgradeWithoutADeviceOnlyLogs()
 {
     const TrayIcon tray;
     const BoxWatcher watcher;
@@ -337,7 +335,7 @@ void TrayIconTest::upgradeWithoutADeviceOnlyLogs()
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TrayIconTest::upgradeOpensAConnectionEachTime()
+void tst_TrayIcon::upgradeOpensAConnectionEachTime()
 {
     plug(VESMORA_PID_RM);
     const TrayIcon tray;
@@ -348,5 +346,5 @@ void TrayIconTest::upgradeOpensAConnectionEachTime()
                  + on(2, {"open", "upgradeFirmware", "close"}));
 }
 
-QTEST_MAIN(TrayIconTest)
+QTEST_MAIN(tst_TrayIcon)
 #include "tst_trayicon.moc"

@@ -11,7 +11,7 @@
 #include <QTimer>
 
 /// What becomes of the windows when they are closed, and of the program when they are open.
-class WindowClosingTest : public ShellFixture
+class tst_WindowClosing : public ShellFixture
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private:
     static void addTrays();
 };
 
-void WindowClosingTest::settle()
+void tst_WindowClosing::settle()
 {
     QEventLoop loop;
     QTimer::singleShot(0, &loop, &QEventLoop::quit);
@@ -39,14 +39,14 @@ void WindowClosingTest::settle()
     deleteDeferred();
 }
 
-void WindowClosingTest::addTrays()
+void tst_WindowClosing::addTrays()
 {
     QTest::addColumn<bool>("hasTray");
     QTest::newRow("with a system tray") << true;
     QTest::newRow("without a system tray") << false;
 }
 
-void WindowClosingTest::withASystemTrayClosingOnlyHidesTheWindow()
+void tst_WindowClosing::withASystemTrayClosingOnlyHidesTheWindow()
 {
     setSystemTrayAvailable(true);
     MainWindow window;
@@ -65,7 +65,7 @@ void WindowClosingTest::withASystemTrayClosingOnlyHidesTheWindow()
     QVERIFY(window.testAttribute(Qt::WA_DeleteOnClose));
 }
 
-void WindowClosingTest::withoutASystemTrayTheWindowSurvivesBeingClosed()
+void tst_WindowClosing::withoutASystemTrayTheWindowSurvivesBeingClosed()
 {
     setSystemTrayAvailable(false);
     int destroyed = 0;
@@ -88,12 +88,12 @@ void WindowClosingTest::withoutASystemTrayTheWindowSurvivesBeingClosed()
     QCOMPARE(destroyed, 1);
 }
 
-void WindowClosingTest::aClosedWindowGoesOnSearching_data()
+void tst_WindowClosing::aClosedWindowGoesOnSearching_data()
 {
     addTrays();
 }
 
-void WindowClosingTest::aClosedWindowGoesOnSearching()
+void tst_WindowClosing::aClosedWindowGoesOnSearching()
 {
     QFETCH(bool, hasTray);
     setSystemTrayAvailable(hasTray);
@@ -111,12 +111,12 @@ void WindowClosingTest::aClosedWindowGoesOnSearching()
     QCOMPARE(view.content(), QStringList{"rm"});
 }
 
-void WindowClosingTest::closedWindowsLeaveTheProgramRunning_data()
+void tst_WindowClosing::closedWindowsLeaveTheProgramRunning_data()
 {
     addTrays();
 }
 
-void WindowClosingTest::closedWindowsLeaveTheProgramRunning()
+void tst_WindowClosing::closedWindowsLeaveTheProgramRunning()
 {
     QFETCH(bool, hasTray);
     setSystemTrayAvailable(hasTray);
@@ -146,7 +146,7 @@ void WindowClosingTest::closedWindowsLeaveTheProgramRunning()
     QCOMPARE(step, 10);
 }
 
-void WindowClosingTest::quitEndsTheProgramWhicheverWindowsAreOpen_data()
+void tst_WindowClosing::quitEndsTheProgramWhicheverWindowsAreOpen_data()
 {
     QTest::addColumn<bool>("hasTray");
     QTest::addColumn<bool>("showsWindow");
@@ -163,7 +163,7 @@ void WindowClosingTest::quitEndsTheProgramWhicheverWindowsAreOpen_data()
     }
 }
 
-void WindowClosingTest::quitEndsTheProgramWhicheverWindowsAreOpen()
+void tst_WindowClosing::quitEndsTheProgramWhicheverWindowsAreOpen()
 {
     QFETCH(bool, hasTray);
     QFETCH(bool, showsWindow);
@@ -186,5 +186,5 @@ void WindowClosingTest::quitEndsTheProgramWhicheverWindowsAreOpen()
     QVERIFY(deadline.isActive());
 }
 
-QTEST_MAIN(WindowClosingTest)
+QTEST_MAIN(tst_WindowClosing)
 #include "tst_windowclosing.moc"

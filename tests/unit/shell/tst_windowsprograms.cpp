@@ -14,15 +14,15 @@ namespace {
 
 enum Entry { Refresh = 6, SoundPannel = 7 };
 
-const QString restarted = QStringLiteral("资源管理器已成功重启");
-const QString timedOut = QStringLiteral("重启资源管理器超时");
+const QString restarted = "资源管理器已成功重启";
+const QString timedOut = "重启资源管理器超时";
 
 constexpr int patience = 30000; // milliseconds
 
 } // namespace
 
 /// The entries that start programs of Windows, with shell scripts in their place.
-class WindowsProgramsTest : public QObject
+class tst_WindowsPrograms : public QObject
 {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ private:
     /// Puts a shell script of that name on the path. "$arguments" in it is the file to which it
     /// may write what it was called with.
     void addProgram(const QString &name, const QByteArray &script);
-    QString argumentsFile() const { return m_folder->filePath(QStringLiteral("arguments")); }
+    QString argumentsFile() const { return m_folder->filePath("arguments"); }
     QByteArray arguments() const;
     /// What the log says when that entry is chosen.
     QStringList logOf(Entry entry) const;
@@ -53,7 +53,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void WindowsProgramsTest::init()
+void tst_WindowsPrograms::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
@@ -61,13 +61,13 @@ void WindowsProgramsTest::init()
     qputenv("PATH", QFile::encodeName(m_folder->path()));
 }
 
-void WindowsProgramsTest::cleanup()
+void tst_WindowsPrograms::cleanup()
 {
     qputenv("PATH", m_path);
     m_folder.reset();
 }
 
-void WindowsProgramsTest::addProgram(const QString &name, const QByteArray &script)
+void tst_WindowsPrograms::addProgram(const QString &name, const QByteArray &script)
 {
     QFile file(m_folder->filePath(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -76,13 +76,13 @@ void WindowsProgramsTest::addProgram(const QString &name, const QByteArray &scri
     QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
-QByteArray WindowsProgramsTest::arguments() const
+QByteArray tst_WindowsPrograms::arguments() const
 {
     QFile file(argumentsFile());
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QStringList WindowsProgramsTest::logOf(Entry entry) const
+QStringList tst_WindowsPrograms::logOf(Entry entry) const
 {
     const TrayIcon tray;
     LogCapture log;
@@ -90,9 +90,9 @@ QStringList WindowsProgramsTest::logOf(Entry entry) const
     return withoutPlatformRemarks(log.lines());
 }
 
-void WindowsProgramsTest::theSoundPannelOpensWithItsOneParameter()
+void tst_WindowsPrograms::theSoundPannelOpensWithItsOneParameter()
 {
-    addProgram(QStringLiteral("control.exe"),
+    addProgram("control.exe",
                "printf '%s|' \"$@\" >\"$arguments.new\"; mv \"$arguments.new\" \"$arguments\"");
     const BoxWatcher watcher;
     QCOMPARE(logOf(SoundPannel), QStringList{"声音设置面板已打开。"});
@@ -101,52 +101,48 @@ void WindowsProgramsTest::theSoundPannelOpensWithItsOneParameter()
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void WindowsProgramsTest::withoutASoundPannelAWarningIsShown()
+void tst_WindowsPrograms::withoutASoundPannelAWarningIsShown()
 {
     const BoxWatcher watcher;
     QCOMPARE(logOf(SoundPannel), QStringList());
-    verifyOneWarning(watcher, QStringLiteral("错误"),
-                     QStringLiteral("无法打开声音设置面板，请检查系统设置。"));
+    verifyOneWarning(watcher, "错误", "无法打开声音设置面板，请检查系统设置。");
 }
 
-void WindowsProgramsTest::aSoundPannelThatCannotBeRunShowsTheWarning()
+void tst_WindowsPrograms::aSoundPannelThatCannotBeRunShowsTheWarning()
 {
-    addProgram(QStringLiteral("control.exe"), "exit 0");
-    QVERIFY(
-        QFile::setPermissions(m_folder->filePath(QStringLiteral("control.exe")), QFile::ReadOwner));
+    addProgram("control.exe", "exit 0");
+    QVERIFY(QFile::setPermissions(m_folder->filePath("control.exe"), QFile::ReadOwner));
     const BoxWatcher watcher;
     QCOMPARE(logOf(SoundPannel), QStringList());
-    verifyOneWarning(watcher, QStringLiteral("错误"),
-                     QStringLiteral("无法打开声音设置面板，请检查系统设置。"));
+    verifyOneWarning(watcher, "错误", "无法打开声音设置面板，请检查系统设置。");
 }
 
-void WindowsProgramsTest::refreshRunsOneCommandLine()
+void tst_WindowsPrograms::refreshRunsOneCommandLine()
 {
-    addProgram(QStringLiteral("cmd.exe"),
-               "printf '%s|' \"$@\" >\"$arguments\"; echo unheard; echo unheard >&2");
+    addProgram("cmd.exe", "printf '%s|' \"$@\" >\"$arguments\"; echo unheard; echo unheard >&2");
     QCOMPARE(logOf(Refresh), QStringList{restarted});
     QCOMPARE(arguments(), QByteArray("/c|taskkill /f /im explorer.exe && start explorer.exe|"));
 }
 
-void WindowsProgramsTest::aFailingRefreshLogsCodeAndBothOutputs()
+void tst_WindowsPrograms::aFailingRefreshLogsCodeAndBothOutputs()
 {
-    addProgram(QStringLiteral("cmd.exe"), "echo killed; echo 'not \"found\"' >&2; exit 3");
+    addProgram("cmd.exe", "echo killed; echo 'not \"found\"' >&2; exit 3");
     const QStringList expected{"命令执行失败，退出代码: 3", R"(输出: "killed\n")",
                                R"(错误输出: "not \"found\"\n")", restarted};
     QCOMPARE(logOf(Refresh), expected);
 }
 
-void WindowsProgramsTest::aSilentlyFailingRefreshLogsEmptyOutputs()
+void tst_WindowsPrograms::aSilentlyFailingRefreshLogsEmptyOutputs()
 {
-    addProgram(QStringLiteral("cmd.exe"), "exit 255");
+    addProgram("cmd.exe", "exit 255");
     const QStringList expected{"命令执行失败，退出代码: 255", R"(输出: "")", R"(错误输出: "")",
                                restarted};
     QCOMPARE(logOf(Refresh), expected);
 }
 
-void WindowsProgramsTest::aHangingRefreshIsGivenUpAndStillLogsSuccess()
+void tst_WindowsPrograms::aHangingRefreshIsGivenUpAndStillLogsSuccess()
 {
-    addProgram(QStringLiteral("cmd.exe"), "exec tail -f /dev/null");
+    addProgram("cmd.exe", "exec tail -f /dev/null");
     // The last line is the framework's: the command is not left running.
     const QStringList expected{
         timedOut, R"(错误信息: "Process operation timed out")", restarted,
@@ -154,18 +150,18 @@ void WindowsProgramsTest::aHangingRefreshIsGivenUpAndStillLogsSuccess()
     QCOMPARE(logOf(Refresh), expected);
 }
 
-void WindowsProgramsTest::refreshWithoutAShellLogsTheErrorAndSuccess()
+void tst_WindowsPrograms::refreshWithoutAShellLogsTheErrorAndSuccess()
 {
     QProcess missing;
-    missing.start(QStringLiteral("cmd.exe"), QStringList());
+    missing.start("cmd.exe", QStringList());
     QVERIFY(!missing.waitForStarted());
-    const QString error = QStringLiteral("错误信息: \"%1\"").arg(missing.errorString());
+    const QString error = QString("错误信息: \"%1\"").arg(missing.errorString());
 
     // The framework gives a process that did not start an exit code of its own.
-    const QString code = QStringLiteral("命令执行失败，退出代码: %1").arg(missing.exitCode());
+    const QString code = QString("命令执行失败，退出代码: %1").arg(missing.exitCode());
     const QStringList expected{timedOut, error, code, R"(输出: "")", R"(错误输出: "")", restarted};
     QCOMPARE(logOf(Refresh), expected);
 }
 
-QTEST_MAIN(WindowsProgramsTest)
+QTEST_MAIN(tst_WindowsPrograms)
 #include "tst_windowsprograms.moc"

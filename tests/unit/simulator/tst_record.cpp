@@ -74,14 +74,11 @@ void tst_Record::opensClosesAndPlugsHaveTheirLines()
     QStringList lines;
     for (const Record &record : records())
         lines.append(record.text());
-    QCOMPARE(
-        lines,
-        (QStringList{QStringLiteral("plug 1 1"), QStringLiteral("open"), QStringLiteral("open !5"),
-                     QStringLiteral("close"), QStringLiteral("unplug")}));
+    QCOMPARE(lines, (QStringList{"plug 1 1", "open", "open !5", "close", "unplug"}));
     Record lost;
     lost.kind = Record::Kind::Lost;
     lost.value = 3;
-    QCOMPARE(lost.text(), QStringLiteral("lost 3"));
+    QCOMPARE(lost.text(), "lost 3");
 }
 
 void tst_Record::requestsHaveTheirLines_data()
@@ -134,10 +131,10 @@ void tst_Record::aMixerBlockListsOnlyWhatItChanges()
     block.matrix[64][0] = 1.0;
     block.matrix[65][1] = 1.0;
     block.outputGains[0] = 0.1;
-    QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock (64,0)=1 (65,1)=1 gain[0]=0.1"));
-    QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock"));
+    QCOMPARE(mixer(block).text(), "sendMixerBlock (64,0)=1 (65,1)=1 gain[0]=0.1");
+    QCOMPARE(mixer(block).text(), "sendMixerBlock");
     block.matrix[65][1] = 0.0;
-    QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock (65,1)=0"));
+    QCOMPARE(mixer(block).text(), "sendMixerBlock (65,1)=0");
 }
 
 void tst_Record::mixerValuesAreWrittenToTwelveDigits()
@@ -147,8 +144,8 @@ void tst_Record::mixerValuesAreWrittenToTwelveDigits()
     block.outputGains[2] = 1e-300;
     block.outputGains[95] = 0.1 + 0.2;
     QCOMPARE(mixer(block).text(),
-             QStringLiteral("sendMixerBlock gain[1]=1.99526231497 gain[2]=1e-300 "
-                            "gain[95]=0.3"));
+             "sendMixerBlock gain[1]=1.99526231497 gain[2]=1e-300 "
+             "gain[95]=0.3");
 }
 
 void tst_Record::aFailedMixerBlockListsItsChangesAgain()
@@ -156,8 +153,8 @@ void tst_Record::aFailedMixerBlockListsItsChangesAgain()
     MixerBlock block{};
     block.matrix[255][31] = 0.5;
     m_fixture->fail(VESMORA_SEND_MIXER_BLOCK, 1, 1, SIM_DEVICE_NOT_CONNECTED);
-    QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock (255,31)=0.5 !1167"));
-    QCOMPARE(mixer(block).text(), QStringLiteral("sendMixerBlock (255,31)=0.5"));
+    QCOMPARE(mixer(block).text(), "sendMixerBlock (255,31)=0.5 !1167");
+    QCOMPARE(mixer(block).text(), "sendMixerBlock (255,31)=0.5");
 }
 
 void tst_Record::decodesFields()
@@ -170,7 +167,7 @@ void tst_Record::decodesFields()
     QCOMPARE(volume.bus, 1u);
     QCOMPARE(volume.handle, m_handle.id);
     QCOMPARE(volume.code, VESMORA_SEND_PACKET);
-    QCOMPARE(volume.command, QStringLiteral("setMicVolume"));
+    QCOMPARE(volume.command, "setMicVolume");
     QCOMPARE(volume.opcode, std::optional<quint32>(7));
     QCOMPARE(volume.channel, std::optional<quint32>(2));
     QCOMPARE(volume.value, std::optional<qint64>(-10));
@@ -206,18 +203,18 @@ void tst_Record::jsonHoldsTheDecodedFields()
     m_fixture->fail(VESMORA_SEND_PACKET, 1, 1, SIM_DEVICE_NOT_CONNECTED);
     const QJsonObject json =
         record(VESMORA_SEND_PACKET, SimModelFixture::packet(0x5B, 1, 2)).toJson();
-    QCOMPARE(json.value(u"kind"), QJsonValue(QStringLiteral("request")));
-    QCOMPARE(json.value(u"text"), QJsonValue(QStringLiteral("setMic48V 2 1 !1167")));
-    QCOMPARE(json.value(u"command"), QJsonValue(QStringLiteral("setMic48V")));
-    QCOMPARE(json.value(u"code"), QJsonValue(QStringLiteral("0xFFDC209C")));
-    QCOMPARE(json.value(u"opcode"), QJsonValue(QStringLiteral("0x5B")));
-    QCOMPARE(json.value(u"channel"), QJsonValue(2));
-    QCOMPARE(json.value(u"value"), QJsonValue(1));
-    QCOMPARE(json.value(u"error"), QJsonValue(1167));
-    QCOMPARE(json.value(u"errorName"), QJsonValue(QStringLiteral("not-connected")));
-    QVERIFY(json.value(u"bytes").toString().startsWith(QLatin1String("015b00010200")));
+    QCOMPARE(json.value("kind"), QJsonValue("request"));
+    QCOMPARE(json.value("text"), QJsonValue("setMic48V 2 1 !1167"));
+    QCOMPARE(json.value("command"), QJsonValue("setMic48V"));
+    QCOMPARE(json.value("code"), QJsonValue("0xFFDC209C"));
+    QCOMPARE(json.value("opcode"), QJsonValue("0x5B"));
+    QCOMPARE(json.value("channel"), QJsonValue(2));
+    QCOMPARE(json.value("value"), QJsonValue(1));
+    QCOMPARE(json.value("error"), QJsonValue(1167));
+    QCOMPARE(json.value("errorName"), QJsonValue("not-connected"));
+    QVERIFY(json.value("bytes").toString().startsWith("015b00010200"));
     const QJsonObject open = records().isEmpty() ? QJsonObject() : json;
-    QVERIFY(!open.contains(u"changes"));
+    QVERIFY(!open.contains("changes"));
 }
 
 void tst_Record::jsonOfAMixerBlockListsPlaces()
@@ -225,21 +222,21 @@ void tst_Record::jsonOfAMixerBlockListsPlaces()
     MixerBlock block{};
     block.matrix[64][2] = 1.0;
     block.outputGains[4] = 0.5;
-    const QJsonArray changes = mixer(block).toJson().value(u"changes").toArray();
+    const QJsonArray changes = mixer(block).toJson().value("changes").toArray();
     QCOMPARE(changes.size(), 2);
-    QCOMPARE(changes[0].toObject().value(u"row"), QJsonValue(64));
-    QCOMPARE(changes[0].toObject().value(u"column"), QJsonValue(2));
-    QCOMPARE(changes[0].toObject().value(u"value"), QJsonValue(1.0));
-    QCOMPARE(changes[1].toObject().value(u"gain"), QJsonValue(4));
-    QVERIFY(!changes[1].toObject().contains(u"row"));
+    QCOMPARE(changes[0].toObject().value("row"), QJsonValue(64));
+    QCOMPARE(changes[0].toObject().value("column"), QJsonValue(2));
+    QCOMPARE(changes[0].toObject().value("value"), QJsonValue(1.0));
+    QCOMPARE(changes[1].toObject().value("gain"), QJsonValue(4));
+    QVERIFY(!changes[1].toObject().contains("row"));
 }
 
 void tst_Record::jsonWritesNumbersThatJsonLacksAsText()
 {
     MixerBlock block{};
     block.outputGains[0] = std::numeric_limits<double>::infinity();
-    const QJsonArray changes = mixer(block).toJson().value(u"changes").toArray();
-    QCOMPARE(changes[0].toObject().value(u"value"), QJsonValue(QStringLiteral("inf")));
+    const QJsonArray changes = mixer(block).toJson().value("changes").toArray();
+    QCOMPARE(changes[0].toObject().value("value"), QJsonValue("inf"));
 }
 
 void tst_Record::aDamagedPageIsNoPage()
