@@ -152,13 +152,17 @@ class ThreadCall
 public:
     template <typename Call> explicit ThreadCall(Call call)
     {
-        // Shared: the thread may still be in set_value() when the value is there.
+        // Shared: a thread may still be in set_value() when the other one has the value.
         const auto id = std::make_shared<std::promise<DWORD>>();
-        m_result = start([id, call] {
+        const auto opened = std::make_shared<std::promise<void>>();
+        m_result = start([id, opened, call] {
             id->set_value(GetCurrentThreadId());
+            // A thread that has ended cannot be opened any more.
+            opened->get_future().wait();
             return call();
         });
         m_thread = openThread(id->get_future().get());
+        opened->set_value();
     }
 
     const Handle &thread() const { return m_thread; }
