@@ -254,7 +254,10 @@ void ModelFixture::unmutingWhileDimmedRestoresTheDimmedLevel()
     press(name + "Mute", expected);
     QCOMPARE(volume(name), QList<double>(2, 0.0));
     press(name + "Mute", expected);
-    QCOMPARE(volume(name), QList<double>(2, 0.01));
+    // One by one: C libraries differ in the last bit of a power, and whole lists must be the same.
+    const QList<double> dimmed = volume(name);
+    QCOMPARE(dimmed.first(), 0.01);
+    QCOMPARE(dimmed.last(), 0.01);
     compare(expected);
 }
 
