@@ -8,6 +8,10 @@
 
 #include <QObject>
 
+// Peaks of the meter record, of which the largest is 0 dB.
+inline constexpr qint32 minus20Db = 214748365;
+inline constexpr qint32 minus6Db = 1073741824;
+
 /// What the end-to-end tests share: a desktop and a lane for the whole program; for each test
 /// function a sane interface with nothing plugged and no settings. A message that no part of the
 /// panel is known to write fails the test that caused it.

@@ -1,4 +1,5 @@
 #include "knownmessages.h"
+#include "panelmodel.h"
 #include "programfixture.h"
 #include "waiting.h"
 
@@ -208,30 +209,26 @@ void tst_Shell::withoutADeviceTheSearchGoesOn()
 
 void tst_Shell::aPluggedModelShowsItsPanelAndFirmware_data()
 {
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<int>("knobs");
-    QTest::addColumn<int>("buttons");
-    QTest::newRow("rx1") << QStringLiteral("Vesmora RX1 - FW: 2025112233") << 3 << 6;
-    QTest::newRow("rx2") << QStringLiteral("Vesmora RX2 - FW: 2025112233") << 6 << 10;
-    QTest::newRow("rm") << QStringLiteral("Vesmora RM - FW: 2025112233") << 2 << 3;
+    QTest::addColumn<PanelModel>("model");
+    for (const PanelModel &model : allPanelModels())
+        QTest::newRow(qPrintable(model.name)) << model;
 }
 
 void tst_Shell::aPluggedModelShowsItsPanelAndFirmware()
 {
-    QFETCH(QString, title);
-    QFETCH(int, knobs);
-    QFETCH(int, buttons);
-    const QString model = QString::fromLatin1(QTest::currentDataTag());
-    QVERIFY(simulator().setFirmware(QStringLiteral("2025112233")));
+    QFETCH(PanelModel, model);
+    const QString version = "2025112233";
+    QVERIFY(simulator().setFirmware(version));
     QVERIFY(start());
     QVERIFY(openWindow());
-    QVERIFY(plug(model));
-    QCOMPARE(pictureWith(knobs, buttons).knobs().size(), knobs);
-    QCOMPARE(window()->title, title);
-    QCOMPARE(log().count(QStringLiteral("Adding %1 widget to layout.").arg(model)), 1);
+    QVERIFY(plug(model.name));
+    const qsizetype knobs = model.knobs().size();
+    QCOMPARE(pictureWith(int(knobs), int(model.buttons().size())).knobs().size(), knobs);
+    QCOMPARE(window()->title, model.title + version);
+    QCOMPARE(log().count(model.layoutLog()), 1);
 
     QVERIFY(unplug());
-    QCOMPARE(window()->title, title);
+    QCOMPARE(window()->title, model.title + version);
     QVERIFY(waitUntil([this] { return picture().knobs().isEmpty(); }));
 }
 
@@ -264,7 +261,8 @@ void tst_Shell::theThirdFailedPollTearsThePanelDown()
 {
     QVERIFY(start());
     QVERIFY(openWindow());
-    QVERIFY(plug(QStringLiteral("rx2")));
+    const PanelModel &model = allPanelModels().last();
+    QVERIFY(plug(model.name));
     QVERIFY(unplug());
     QVERIFY(searchGoesOn());
     const QString failedPoll =
@@ -275,7 +273,7 @@ void tst_Shell::theThirdFailedPollTearsThePanelDown()
         linesContaining(log().lines(), {failedPoll, deleted, cleared}),
         QStringList({failedPoll + u'1', failedPoll + u'2', failedPoll + u'3', deleted, cleared}));
     QVERIFY(waitUntil([this] { return picture().knobs().isEmpty(); }));
-    QVERIFY(window()->title.startsWith(QStringLiteral("Vesmora RX2 - FW: ")));
+    QVERIFY(window()->title.startsWith(model.title));
 }
 
 void tst_Shell::aSingleFailedPollIsForgotten()

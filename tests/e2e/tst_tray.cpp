@@ -1,3 +1,4 @@
+#include "panelmodel.h"
 #include "programfixture.h"
 #include "waiting.h"
 
@@ -21,8 +22,8 @@ private slots:
 void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn_data()
 {
     QTest::addColumn<QString>("model");
-    for (const char *model : {"rx1", "rx2", "rm"})
-        QTest::newRow(model) << QString::fromLatin1(model);
+    for (const PanelModel &model : allPanelModels())
+        QTest::newRow(qPrintable(model.name)) << model.name;
 }
 
 void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn()

@@ -104,17 +104,6 @@ QStringList PanelFixture::meterTexts()
     return texts;
 }
 
-QList<QByteArray> PanelFixture::takePackets()
-{
-    QList<QByteArray> packets;
-    const QList<Record> entries = takeRecord();
-    for (const Record &entry : entries) {
-        if (entry.code == VESMORA_SEND_PACKET)
-            packets << entry.bytes;
-    }
-    return packets;
-}
-
 void PanelFixture::compare(ExpectedPanel &expected)
 {
     QCOMPARE(takeSent(), expected.takeRequests());
@@ -134,17 +123,7 @@ std::unique_ptr<QWidget> createPanel(const PanelModel &model)
     return std::unique_ptr<QWidget>(found->createPanel());
 }
 
-QByteArray packet(const char *hexBegin)
-{
-    return QByteArray::fromHex(hexBegin).leftJustified(sizeof(CommandPacket), '\0');
-}
-
 QStringList twice(const QString &line)
 {
     return {line, line};
-}
-
-QStringList twice(const QStringList &lines)
-{
-    return lines + lines;
 }

@@ -51,9 +51,6 @@ protected:
     /// The meters' texts from left to right, top to bottom.
     QStringList meterTexts();
 
-    /// The bytes of the packets that reached the device since the last call.
-    QList<QByteArray> takePackets();
-
     /// The panel's settings file.
     IniFile settings() const { return iniFile(m_model.file()); }
     QString settingsFile() const { return settings().name(); }
@@ -78,12 +75,7 @@ private:
 /// The product's panel of @p model.
 std::unique_ptr<QWidget> createPanel(const PanelModel &model);
 
-/// A whole packet that begins with these bytes and is zero from there on.
-QByteArray packet(const char *hexBegin);
-
 /// @p line twice: what a click does, as both its emissions are acted on.
 QStringList twice(const QString &line);
-
-QStringList twice(const QStringList &lines);
 
 #endif

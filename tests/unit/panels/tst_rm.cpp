@@ -12,7 +12,6 @@ public:
 
 private slots:
     void turningTheHeadphoneKnobLogsNothing();
-    void thePhoneStaysAtUnityWhateverIsDone();
 };
 
 void tst_Rm::turningTheHeadphoneKnobLogsNothing()
@@ -21,17 +20,6 @@ void tst_Rm::turningTheHeadphoneKnobLogsNothing()
     turn("Headphone", 5);
     QCOMPARE(takeSent().size(), 5);
     QCOMPARE(takeLog(), QStringList());
-}
-
-void tst_Rm::thePhoneStaysAtUnityWhateverIsDone()
-{
-    ExpectedPanel expected = start();
-    for (const PanelControl &control : model().controls) {
-        set(control.name, control.maximum, expected);
-        const QList<double> block = simulator().mixerBlock();
-        QCOMPARE(block.at(2050), 1.0);
-        QCOMPARE(block.at(2083), 1.0);
-    }
 }
 
 QTEST_MAIN(tst_Rm)

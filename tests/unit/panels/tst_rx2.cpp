@@ -11,19 +11,8 @@ public:
     { }
 
 private slots:
-    void thePadOfMic2LogsChannel1();
     void theSpeakerPhoneFailsInTheHeadphonesWords();
 };
-
-void tst_Rx2::thePadOfMic2LogsChannel1()
-{
-    buildQuietly();
-    button("Mic220dB").setSelected(true);
-    QCOMPARE(takeSent(), QStringList("setMic20dB 2 1"));
-    QCOMPARE(takeLog(),
-             QStringList({"Mic 20dB Button Clicked true", "Mic 20dB switched for channel 1.",
-                          "控件状态已保存到配置文件"}));
-}
 
 void tst_Rx2::theSpeakerPhoneFailsInTheHeadphonesWords()
 {
