@@ -1,11 +1,13 @@
 #include "desktopdemo.h"
 #include "interruption.h"
+#include "modelnames.h"
 #include "story.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
 
+#include <algorithm>
 #include <iostream>
 
 namespace {
@@ -48,13 +50,13 @@ int report(const QString &error)
     return Failed;
 }
 
-int run(const ModelStory &model, const LanePrograms &programs, const QString &folder)
+int run(const PanelModel &model, const LanePrograms &programs, const QString &folder)
 {
     const QString english = QStringLiteral("en_US");
     const QString locale = userLocale(english);
     if (Desktop::userHasOne()) {
         QString error;
-        if (!runOnDesktop(model.model, programs, folder, locale, &error))
+        if (!runOnDesktop(model.name, programs, folder, locale, &error))
             return report(error);
         return Done;
     }
@@ -64,6 +66,15 @@ int run(const ModelStory &model, const LanePrograms &programs, const QString &fo
         return report(story.errorString());
     std::cout << "The pictures are in " << folder.toLocal8Bit().constData() << std::endl;
     return Done;
+}
+
+/// Null when there is no such model.
+const PanelModel *found(const QString &name)
+{
+    const QList<PanelModel> &models = allPanelModels();
+    const auto model = std::find_if(models.cbegin(), models.cend(),
+                                    [&](const PanelModel &one) { return one.name == name; });
+    return model == models.cend() ? nullptr : &*model;
 }
 
 } // namespace
@@ -79,13 +90,11 @@ int main(int argc, char **argv)
         "where there is no display, as a story in pictures."));
     parser.addHelpOption();
     parser.addOptions({programOption, simulatorOption, simctlOption, asioOption, folderOption});
-    parser.addPositionalArgument(QStringLiteral("model"),
-                                 QStringLiteral("rx1 (default), rx2 or rm"),
-                                 QStringLiteral("[model]"));
+    parser.addPositionalArgument(QStringLiteral("model"), modelChoice(), QStringLiteral("[model]"));
     parser.process(application);
 
     const QStringList words = parser.positionalArguments();
-    const auto model = modelStory(words.isEmpty() ? QStringLiteral("rx1") : words.first());
+    const PanelModel *model = words.isEmpty() ? &allPanelModels().first() : found(words.first());
     const LanePrograms programs{parser.value(programOption), parser.value(simulatorOption),
                                 parser.value(simctlOption), parser.value(asioOption)};
     const bool complete =

@@ -9,16 +9,19 @@
 
 namespace {
 
-/// "headphone DIM" becomes "headphone-dim".
-QString fileNamePart(const QString &text)
+using Kind = PanelControl::Kind;
+
+/// How far a knob is turned up.
+int notchesOf(const PanelControl &knob)
 {
-    return text.toLower().replace(u' ', u'-');
+    return knob.kind == Kind::Gain ? 20 : 60;
 }
 
 } // namespace
 
-Story::Story(const ModelStory &model, const LanePrograms &programs, const QString &folder)
+Story::Story(const PanelModel &model, const LanePrograms &programs, const QString &folder)
     : m_model(model)
+    , m_expected(model)
     , m_folder(folder)
     , m_programs(programs)
     , m_out(stdout)
@@ -69,53 +72,64 @@ bool Story::openWindow()
 
 bool Story::plug()
 {
-    if (!m_lane->simulator().plug(m_model.model))
+    if (!m_lane->simulator().plug(m_model.name))
         return fail(m_lane->simulator().errorString());
+    m_expected.construct();
     return expect(QStringLiteral("the panel of the plugged model"), [this] { return showsPanel(); })
         && expect(QStringLiteral("the first settings file"),
                   [this] {
-                      const ControlUse &last = m_model.uses.last();
-                      return m_lane->setting(m_model.settingsFile(), last.key).isValid();
+                      const QString key = m_model.controls.last().key();
+                      return m_lane->setting(m_model.file(), key).isValid();
                   })
-        && expect(QStringLiteral("opened output volumes"),
-                  [this] { return hasReceived(QStringLiteral("setOutVolume 1 100"), 0); })
+        && expect(QStringLiteral("a first start at the interface"),
+                  [&, requests = m_expected.takeRequests()] { return hasReceived(requests, 0); })
         && saw(QStringLiteral("plugged in: \"%1\", first start").arg(window()->title),
                QStringLiteral("first-start"));
 }
 
-bool Story::useControls()
+/// What changes something also when it is replayed, so that the record shows it: a panel begins
+/// with open outputs, and closes them from its saved state.
+QList<PanelControl> Story::used() const
 {
-    for (const ControlUse &control : m_model.uses) {
-        if (!use(control))
-            return false;
-    }
-    return true;
+    QList<PanelControl> controls = m_model.controls;
+    controls.removeIf([](const PanelControl &control) {
+        return control.kind != Kind::Gain && control.kind != Kind::Volume
+            && control.kind != Kind::Phantom && control.kind != Kind::Dim;
+    });
+    return controls;
 }
 
-bool Story::use(const ControlUse &control)
+bool Story::useControls()
+{
+    const QList<PanelControl> controls = used();
+    return std::all_of(controls.cbegin(), controls.cend(),
+                       [this](const PanelControl &control) { return use(control); });
+}
+
+bool Story::use(const PanelControl &control)
 {
     const qsizetype before = m_lane->simulator().record().size();
     const PanelPicture panel = picture();
-    const bool made = control.kind == ControlUse::Knob
-        ? m_pointer->wheel(panel.knobs().at(control.index).centre, control.notches)
-        : m_pointer->click(panel.buttons().at(control.index).centre);
+    const int value = control.isKnob() ? control.initial + notchesOf(control) : 1;
+    const bool made = control.isKnob()
+        ? m_pointer->wheel(panel.knobs().at(control.place).centre, notchesOf(control))
+        : m_pointer->click(panel.buttons().at(control.place).centre);
     if (!made)
         return fail(QStringLiteral("the mouse cannot reach %1").arg(control.name));
-    const QString verb =
-        control.kind == ControlUse::Knob ? QStringLiteral("turned") : QStringLiteral("pressed");
-    const QString value = control.value.toString();
-    return expect(QStringLiteral("%1 = %2 in the settings file").arg(control.key, value),
-                  [&] {
-                      return m_lane->setting(m_model.settingsFile(), control.key).toString()
-                          == value;
-                  })
-        && expect(QStringLiteral("\"%1\" at the interface").arg(control.sent),
-                  [&] { return hasReceived(control.sent, before); })
+    m_expected.act(control, value);
+    const QString sent = m_expected.takeRequests().constLast();
+    const QString verb = control.isKnob() ? QStringLiteral("turned") : QStringLiteral("pressed");
+    const QString saved = control.saved(value);
+    return expect(
+               QStringLiteral("%1 = %2 in the settings file").arg(control.key(), saved),
+               [&] { return m_lane->setting(m_model.file(), control.key()).toString() == saved; })
+        && expect(QStringLiteral("\"%1\" at the interface").arg(sent),
+                  [&] { return hasReceived({sent}, before); })
         && expect(QStringLiteral("%1 shown as %2").arg(control.name, verb),
                   [&] { return showsUse(control); })
         && saw(QStringLiteral("%1 %2: %3=%4, the interface got \"%5\"")
-                   .arg(control.name, verb, control.key, value, control.sent),
-               fileNamePart(control.name));
+                   .arg(control.name, verb, control.key(), saved, sent),
+               control.name.toLower());
 }
 
 bool Story::unplug()
@@ -134,15 +148,20 @@ bool Story::unplug()
 bool Story::plugAgain()
 {
     const qsizetype before = m_lane->simulator().record().size();
-    if (!m_lane->simulator().plug(m_model.model))
+    if (!m_lane->simulator().plug(m_model.name))
         return fail(m_lane->simulator().errorString());
+    ExpectedPanel replayed(m_model, m_expected.saved());
+    replayed.construct();
+    const QStringList requests = replayed.takeRequests();
+    const QList<PanelControl> controls = used();
     return expect(QStringLiteral("the panel of the plugged model"), [this] { return showsPanel(); })
         && expect(QStringLiteral("every saved setting at the interface"),
-                  [&] { return hasReplayed(before); })
+                  [&] { return hasReceived(requests, before); })
         && expect(QStringLiteral("the controls as they were left"),
-                  [this] {
-                      return std::all_of(m_model.uses.cbegin(), m_model.uses.cend(),
-                                         [this](const ControlUse &use) { return showsUse(use); });
+                  [&] {
+                      return std::all_of(
+                          controls.cbegin(), controls.cend(),
+                          [this](const PanelControl &control) { return showsUse(control); });
                   })
         && saw(QStringLiteral("plugged in again: the interface got its saved state back"),
                QStringLiteral("plugged-again"));
@@ -178,7 +197,7 @@ bool Story::changeSampleRate()
     if (!m_pointer->wheel(picture.choices().at(sampleRate), -1))
         return fail(QStringLiteral("the mouse cannot reach the sample rate"));
     return expect(QStringLiteral("\"setSampleRate 48000\" at the interface"),
-                  [&] { return hasReceived(QStringLiteral("setSampleRate 48000"), before); })
+                  [&] { return hasReceived({QStringLiteral("setSampleRate 48000")}, before); })
         && expect(QStringLiteral("48000 in the settings file"),
                   [this] {
                       return m_lane
@@ -188,7 +207,7 @@ bool Story::changeSampleRate()
                           == 48000;
                   })
         && expect(QStringLiteral("the restarted USB audio"),
-                  [&] { return hasReceived(QStringLiteral("initAudio"), before); })
+                  [&] { return hasReceived({QStringLiteral("initAudio")}, before); })
         && saw(QStringLiteral("sample rate changed: Audio/SampleRate=48000, the interface got "
                               "\"setSampleRate 48000\" and started anew"),
                QStringLiteral("sample-rate"));
@@ -206,26 +225,23 @@ bool Story::quit()
     return true;
 }
 
-bool Story::showsUse(const ControlUse &control) const
+bool Story::showsUse(const PanelControl &control) const
 {
+    if (!showsPanel())
+        return false;
     const PanelPicture panel = picture();
-    if (control.kind == ControlUse::Knob)
-        return panel.knobs().size() == m_model.knobs
-            && panel.knobs().at(control.index).turned > 0.1;
-    return panel.buttons().size() == m_model.buttons && panel.buttons().at(control.index).lit;
+    return control.isKnob() ? panel.knobs().at(control.place).turned > 0.1
+                            : panel.buttons().at(control.place).lit;
 }
 
-bool Story::hasReplayed(qsizetype since)
-{
-    return std::all_of(m_model.uses.cbegin(), m_model.uses.cend(),
-                       [&](const ControlUse &use) { return hasReceived(use.sent, since); });
-}
-
-bool Story::hasReceived(const QString &text, qsizetype since)
+/// Whether the interface has received these since, in this order.
+bool Story::hasReceived(const QStringList &texts, qsizetype since)
 {
     const QList<RecordEntry> record = m_lane->simulator().record();
-    return std::any_of(record.cbegin() + std::min(since, record.size()), record.cend(),
-                       [&](const RecordEntry &entry) { return entry.text() == text; });
+    qsizetype found = 0;
+    for (qsizetype i = since; i < record.size() && found < texts.size(); ++i)
+        found += record.at(i).text() == texts.at(found) ? 1 : 0;
+    return found == texts.size();
 }
 
 bool Story::showsPanel() const
@@ -234,7 +250,8 @@ bool Story::showsPanel() const
     if (!found || !found->title.startsWith(m_model.title))
         return false;
     const PanelPicture panel = picture();
-    return panel.knobs().size() == m_model.knobs && panel.buttons().size() == m_model.buttons;
+    return panel.knobs().size() == m_model.knobs().size()
+        && panel.buttons().size() == m_model.buttons().size();
 }
 
 bool Story::showsNoPanel() const

@@ -1,8 +1,8 @@
 #ifndef STORY_H
 #define STORY_H
 
+#include "expectedpanel.h"
 #include "hostlane.h"
-#include "modelstory.h"
 #include "panelpicture.h"
 #include "tray.h"
 
@@ -14,7 +14,7 @@ class Story
 {
 public:
     /// @p folder receives the pictures and "record.jsonl".
-    Story(const ModelStory &model, const LanePrograms &programs, const QString &folder);
+    Story(const PanelModel &model, const LanePrograms &programs, const QString &folder);
 
     /// Plays the whole story; false at the first step that did not happen, see errorString().
     bool play(const QString &locale);
@@ -33,10 +33,10 @@ private:
     bool quit();
 
     bool prepare();
-    bool use(const ControlUse &control);
-    bool showsUse(const ControlUse &control) const;
-    bool hasReplayed(qsizetype since);
-    bool hasReceived(const QString &text, qsizetype since);
+    QList<PanelControl> used() const;
+    bool use(const PanelControl &control);
+    bool showsUse(const PanelControl &control) const;
+    bool hasReceived(const QStringList &texts, qsizetype since);
     bool showsPanel() const;
     bool showsNoPanel() const;
     std::optional<WindowInfo> window() const;
@@ -50,7 +50,8 @@ private:
     bool saveRecord();
     bool fail(const QString &why);
 
-    ModelStory m_model;
+    const PanelModel m_model;
+    ExpectedPanel m_expected; ///< what has come of the plugged panel so far
     QString m_folder;
     LanePrograms m_programs;
     Desktop m_desktop;

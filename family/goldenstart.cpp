@@ -13,14 +13,11 @@ struct Texts {
 // Several things on a line stand between bars. "gain[0..95]=1" is every output gain. The bytes of a
 // packet that are not written are zero.
 constexpr Texts texts[] = {{"rx1", R"(
-sent   open | setOutVolume 1 100 | setOutVolume 2 100
-sent   switchMicInstruction 1 0 | setMic20dB 1 0 | setMic48V 1 0
+sent   open | setOutVolume 1 100 | setOutVolume 2 100 | switchMicInstruction 1 0 | setMic20dB 1 0 | setMic48V 1 0
 sent   sendMixerBlock (4,0)=1 (5,1)=1 (6,2)=1 (7,3)=1 (8,4)=1 (9,5)=1 (10,6)=1 (11,7)=1 (96,0)=1 (97,1)=1 (128,0)=1 (129,1)=1 (130,0)=1 (131,1)=1 (160,0)=1 (161,1)=1 (162,2)=1 (163,3)=1 (164,4)=1 (165,5)=1 (166,6)=1 (167,7)=1 gain[0..95]=1
-sent   setMicVolume 1 0
-sent   sendMixerBlock gain[0]=0 gain[1]=0 | sendMixerBlock | sendMixerBlock
+sent   setMicVolume 1 0 | sendMixerBlock gain[0]=0 gain[1]=0 | sendMixerBlock | sendMixerBlock
 sent   sendMixerBlock (64,2)=1 (65,3)=1
-packet 01030002016400 | 01030002026400 | 01640000010000 | 015a0000010000 | 015b0000010000
-packet 01070002010000
+packet 01030002016400 | 01030002026400 | 01640000010000 | 015a0000010000 | 015b0000010000 | 01070002010000
 logged Mic Instr Button Clicked false | Mic instruction switched for channel 1.
 logged Mic 20dB Button Clicked false | Mic 20dB switched for channel 1.
 logged Mic 48V Button Clicked false | Mic 48V switched for channel 1.
@@ -34,14 +31,11 @@ saved  Dial/MicValue=0 | Dial/HeadphoneValue=-80 | Button/HeadphoneMuteIsChecked
 saved  Button/HeadphoneDimIsChecked=false | Dial/OtgToHpValue=0
 )",
                             R"(
-sent   open | setOutVolume 1 100 | setOutVolume 2 100
-sent   switchMicInstruction 1 1 | setMic20dB 1 1 | setMic48V 1 1
+sent   open | setOutVolume 1 100 | setOutVolume 2 100 | switchMicInstruction 1 1 | setMic20dB 1 1 | setMic48V 1 1
 sent   sendMixerBlock (4,0)=1 (5,1)=1 (6,2)=1 (7,3)=1 (8,4)=1 (9,5)=1 (10,6)=1 (11,7)=1 (64,0)=1 (65,1)=1 (96,0)=1 (97,1)=1 (128,0)=1 (129,1)=1 (130,0)=1 (131,1)=1 (160,0)=1 (161,1)=1 (162,2)=1 (163,3)=1 (164,4)=1 (165,5)=1 (166,6)=1 (167,7)=1 gain[0..95]=1
-sent   setMicVolume 1 40
-sent   sendMixerBlock gain[0]=0.1 gain[1]=0.1 | sendMixerBlock gain[0]=0 gain[1]=0
+sent   setMicVolume 1 40 | sendMixerBlock gain[0]=0.1 gain[1]=0.1 | sendMixerBlock gain[0]=0 gain[1]=0
 sent   sendMixerBlock | sendMixerBlock (64,2)=0.01 (65,3)=0.01
-packet 01030002016400 | 01030002026400 | 01640001010000 | 015a0001010000 | 015b0001010000
-packet 01070002012800
+packet 01030002016400 | 01030002026400 | 01640001010000 | 015a0001010000 | 015b0001010000 | 01070002012800
 logged Mic Instr Button Clicked true | Mic instruction switched for channel 1.
 logged Mic 20dB Button Clicked true | Mic 20dB switched for channel 1.
 logged Mic 48V Button Clicked true | Mic 48V switched for channel 1.
@@ -66,8 +60,7 @@ packet 01030002016400 | 01030002026400 | 01030002056400 | 01030002066400 | 015a0
 packet 015b0000010000 | 01070002010000 | 01070002020000 | 015a0000020000 | 015b0000020000
 logged Mic 20dB Button Clicked false | Mic 20dB switched for channel 1. | 控件状态已保存到配置文件
 logged Mic 48V Button Clicked false | Mic 48V switched for channel 1. | 控件状态已保存到配置文件
-logged Monitor Mic set to: 0 | 控件状态已保存到配置文件
-logged Mic volume set to: 0 | 控件状态已保存到配置文件
+logged Monitor Mic set to: 0 | 控件状态已保存到配置文件 | Mic volume set to: 0 | 控件状态已保存到配置文件
 logged Mic volume set to: 0 | 控件状态已保存到配置文件
 logged Mic 20dB Button Clicked false | Mic 20dB switched for channel 1. | 控件状态已保存到配置文件
 logged Mic 48V Button Clicked false | Mic 48V switched for channel 1. | 控件状态已保存到配置文件
@@ -75,13 +68,10 @@ logged Monitor Mic set to: 0 | 控件状态已保存到配置文件
 logged Speaker Knob value changed: -80 | Speaker volume set to: -80 | 控件状态已保存到配置文件
 logged Speaker Knob value changed: -80 | Speaker volume set to: -80 | 控件状态已保存到配置文件
 logged Speaker Mute Button Clicked: Mute OFF | 控件状态已保存到配置文件
-logged Speaker Knob value changed: -80 | Speaker volume set to: -80 | 控件状态已保存到配置文件
-logged 控件状态已保存到配置文件
+logged Speaker Knob value changed: -80 | Speaker volume set to: -80 | 控件状态已保存到配置文件 | 控件状态已保存到配置文件
 logged Headphone Knob value changed: -80 | Headphone volume set to: -80 | 控件状态已保存到配置文件
-logged Headphone Knob value changed: -80 | Headphone volume set to: -80 | 控件状态已保存到配置文件
-logged 控件状态已保存到配置文件
-logged Headphone Knob value changed: -80 | Headphone volume set to: -80 | 控件状态已保存到配置文件
-logged 控件状态已保存到配置文件
+logged Headphone Knob value changed: -80 | Headphone volume set to: -80 | 控件状态已保存到配置文件 | 控件状态已保存到配置文件
+logged Headphone Knob value changed: -80 | Headphone volume set to: -80 | 控件状态已保存到配置文件 | 控件状态已保存到配置文件
 logged OTG to HP volume set to: 1 | 控件状态已保存到配置文件
 logged OTG to SP volume set to: 1 | 控件状态已保存到配置文件 | 已从配置文件加载控件状态
 saved  Button/Mic120dBIsChecked=false | Button/Mic148VIsChecked=false
@@ -99,15 +89,13 @@ sent   sendMixerBlock (4,0)=1 (5,1)=1 (6,2)=1 (7,3)=1 (8,4)=1 (9,5)=1 (10,6)=1 (
 sent   setMicVolume 1 20 | setMicVolume 2 112 | setMic20dB 2 0 | setMic48V 2 1
 sent   sendMixerBlock (64,1)=1 (65,1)=1 (68,1)=1 (69,1)=1
 sent   sendMixerBlock gain[0]=0.1 gain[1]=0.1 | sendMixerBlock gain[0]=0 gain[1]=0
-sent   sendMixerBlock | sendMixerBlock | sendMixerBlock
-sent   sendMixerBlock gain[4]=0.1 gain[5]=0.1 | sendMixerBlock
+sent   sendMixerBlock | sendMixerBlock | sendMixerBlock | sendMixerBlock gain[4]=0.1 gain[5]=0.1 | sendMixerBlock
 sent   sendMixerBlock (64,2)=0.01 (65,3)=0.01
 packet 01030002016400 | 01030002026400 | 01030002056400 | 01030002066400 | 015a0001010000
 packet 015b0000010000 | 01070002011400 | 01070002027000 | 015a0000020000 | 015b0001020000
 logged Mic 20dB Button Clicked true | Mic 20dB switched for channel 1. | 控件状态已保存到配置文件
 logged Mic 48V Button Clicked false | Mic 48V switched for channel 1. | 控件状态已保存到配置文件
-logged Monitor Mic set to: 1 | 控件状态已保存到配置文件
-logged Mic volume set to: 10 | 控件状态已保存到配置文件
+logged Monitor Mic set to: 1 | 控件状态已保存到配置文件 | Mic volume set to: 10 | 控件状态已保存到配置文件
 logged Mic volume set to: 56 | 控件状态已保存到配置文件
 logged Mic 20dB Button Clicked false | Mic 20dB switched for channel 1. | 控件状态已保存到配置文件
 logged Mic 48V Button Clicked true | Mic 48V switched for channel 1. | 控件状态已保存到配置文件
@@ -115,13 +103,10 @@ logged Monitor Mic set to: 1 | 控件状态已保存到配置文件
 logged Speaker Knob value changed: -20 | Speaker volume set to: -20 | 控件状态已保存到配置文件
 logged Speaker Knob value changed: -80 | Speaker volume set to: -80 | 控件状态已保存到配置文件
 logged Speaker Mute Button Clicked: Mute ON | 控件状态已保存到配置文件
-logged Speaker Knob value changed: -20 | Speaker volume set to: -80 | 控件状态已保存到配置文件
-logged 控件状态已保存到配置文件
+logged Speaker Knob value changed: -20 | Speaker volume set to: -80 | 控件状态已保存到配置文件 | 控件状态已保存到配置文件
 logged Headphone Knob value changed: 0 | Headphone volume set to: 0 | 控件状态已保存到配置文件
-logged Headphone Knob value changed: 0 | Headphone volume set to: 0 | 控件状态已保存到配置文件
-logged 控件状态已保存到配置文件
-logged Headphone Knob value changed: 0 | Headphone volume set to: -20 | 控件状态已保存到配置文件
-logged 控件状态已保存到配置文件
+logged Headphone Knob value changed: 0 | Headphone volume set to: 0 | 控件状态已保存到配置文件 | 控件状态已保存到配置文件
+logged Headphone Knob value changed: 0 | Headphone volume set to: -20 | 控件状态已保存到配置文件 | 控件状态已保存到配置文件
 logged OTG to HP volume set to: 0 | 控件状态已保存到配置文件
 logged OTG to SP volume set to: 0.01 | 控件状态已保存到配置文件 | 已从配置文件加载控件状态
 saved  Button/HeadphoneDimIsChecked=true | Button/HeadphoneMuteIsChecked=false
@@ -135,8 +120,7 @@ saved  Dial/OtgToSPValue=-40 | Dial/SpeakerValue=-20
                            {"rm", R"(
 sent   open | setOutVolume 1 100 | setOutVolume 2 100
 sent   sendMixerBlock (4,0)=1 (5,1)=1 (6,2)=1 (7,3)=1 (8,4)=1 (9,5)=1 (10,6)=1 (11,7)=1 (64,2)=1 (65,3)=1 (96,0)=1 (97,1)=1 (128,0)=1 (129,1)=1 (130,0)=1 (131,1)=1 (160,0)=1 (161,1)=1 (162,2)=1 (163,3)=1 (164,4)=1 (165,5)=1 (166,6)=1 (167,7)=1 gain[0..95]=1
-sent   setMicVolume 1 0
-sent   sendMixerBlock gain[0]=0 gain[1]=0 | sendMixerBlock | sendMixerBlock
+sent   setMicVolume 1 0 | sendMixerBlock gain[0]=0 gain[1]=0 | sendMixerBlock | sendMixerBlock
 packet 01030002016400 | 01030002026400 | 01070002010000
 logged Monitor Mic set to: 0 | Mic volume set to: 0 | Headphone Mute Button Clicked: Mute OFF
 logged Headphone Dim Button Clicked: Dim OFF | 已从配置文件加载控件状态
@@ -146,8 +130,7 @@ saved  Button/HeadphoneMuteIsChecked=false | Button/HeadphoneDimIsChecked=false
                             R"(
 sent   open | setOutVolume 1 100 | setOutVolume 2 100
 sent   sendMixerBlock (4,0)=1 (5,1)=1 (6,2)=1 (7,3)=1 (8,4)=1 (9,5)=1 (10,6)=1 (11,7)=1 (64,0)=1 (64,2)=1 (65,1)=1 (65,3)=1 (96,0)=1 (97,1)=1 (128,0)=1 (129,1)=1 (130,0)=1 (131,1)=1 (160,0)=1 (161,1)=1 (162,2)=1 (163,3)=1 (164,4)=1 (165,5)=1 (166,6)=1 (167,7)=1 gain[0..95]=1
-sent   setMicVolume 1 84
-sent   sendMixerBlock | sendMixerBlock gain[0]=0 gain[1]=0 | sendMixerBlock
+sent   setMicVolume 1 84 | sendMixerBlock | sendMixerBlock gain[0]=0 gain[1]=0 | sendMixerBlock
 packet 01030002016400 | 01030002026400 | 01070002015400
 logged Monitor Mic set to: 1 | Mic volume set to: 42 | Headphone Mute Button Clicked: Mute ON
 logged Headphone Dim Button Clicked: Dim ON | 已从配置文件加载控件状态

@@ -17,29 +17,22 @@ constexpr int silence = -80;
 
 PanelControl gain(const QString &name, int place, int channel, int maximum)
 {
-    return {
-        .name = name,
-        .kind = Kind::Gain,
-        .place = place,
-        .command = "setMicVolume",
-        .channel = channel,
-        .levels = {channel - 1},
-        .maximum = maximum,
-        .log = {.success = "Mic volume set to: {value}", .failure = "Failed to set mic volume."}};
+    PanelControl control{name, Kind::Gain, place, "setMicVolume", channel};
+    control.levels = {channel - 1};
+    control.maximum = maximum;
+    control.log = {{}, "Mic volume set to: {value}", "Failed to set mic volume."};
+    return control;
 }
 
 /// Its log names channel 1, whatever its channel.
 PanelControl micSwitch(const QString &name, Kind kind, int place, const QString &command,
                        int channel, const QString &what, const QString &button)
 {
-    return {.name = name,
-            .kind = kind,
-            .place = place,
-            .command = command,
-            .channel = channel,
-            .log = {.before = QString("Mic %1 Button Clicked {state}").arg(button),
-                    .success = QString("Mic %1 switched for channel 1.").arg(what),
-                    .failure = QString("Failed to switch mic %1.").arg(what)}};
+    PanelControl control{name, kind, place, command, channel};
+    control.log = {QString("Mic %1 Button Clicked {state}").arg(button),
+                   QString("Mic %1 switched for channel 1.").arg(what),
+                   QString("Failed to switch mic %1.").arg(what)};
+    return control;
 }
 
 PanelControl pad(const QString &name, int place, int channel)
@@ -54,23 +47,20 @@ PanelControl phantom(const QString &name, int place, int channel)
 
 PanelControl monitor(const QString &name, int place, const QList<int> &entries)
 {
-    return {
-        .name = name,
-        .kind = Kind::Monitor,
-        .place = place,
-        .entries = entries,
-        .log = {.success = "Monitor Mic set to: {value}", .failure = "Failed to set Monitor Mic."}};
+    PanelControl control{name, Kind::Monitor, place};
+    control.entries = entries;
+    control.log = {{}, "Monitor Mic set to: {value}", "Failed to set Monitor Mic."};
+    return control;
 }
 
-/// A knob from silence up, over @p entries.
+/// A knob from silence up.
 PanelControl level(const QString &name, Kind kind, int place, const QList<int> &entries)
 {
-    return {.name = name,
-            .kind = kind,
-            .place = place,
-            .entries = entries,
-            .minimum = silence,
-            .maximum = 6};
+    PanelControl control{name, kind, place};
+    control.entries = entries;
+    control.minimum = silence;
+    control.maximum = 6;
+    return control;
 }
 
 /// @p output is the first of its two gains.
@@ -96,23 +86,16 @@ PanelControl phone(const QString &name, int place, const QString &path, const QL
     return control;
 }
 
-PanelControl mute(const QString &output, int place, const QString &after, bool fromSilence)
+/// A mute or dim; one that logs itself mutes from silence, too.
+PanelControl outputSwitch(const QString &output, Kind kind, int place, bool isLogged)
 {
-    return {.name = output + "Mute",
-            .kind = Kind::Mute,
-            .place = place,
-            .output = output,
-            .mutesFromSilence = fromSilence,
-            .log = {.after = after}};
-}
-
-PanelControl dim(const QString &output, int place, const QString &after)
-{
-    return {.name = output + "Dim",
-            .kind = Kind::Dim,
-            .place = place,
-            .output = output,
-            .log = {.after = after}};
+    const QString action = kind == Kind::Mute ? "Mute" : "Dim";
+    PanelControl control{output + action, kind, place};
+    control.output = output;
+    control.mutesFromSilence = kind == Kind::Mute && isLogged;
+    if (isLogged)
+        control.log.after = QString("%1 %2 Button Clicked: %2 {ON}").arg(output, action);
+    return control;
 }
 
 /// Entries at unity: @p length of them down the diagonal from (@p row, @p column).
@@ -138,9 +121,6 @@ QList<int> toBothOutputs(int column)
             69 * columns + column};
 }
 
-constexpr char headphoneMuted[] = "Headphone Mute Button Clicked: Mute {ON}";
-constexpr char headphoneDimmed[] = "Headphone Dim Button Clicked: Dim {ON}";
-
 PanelModel rx1()
 {
     return {.name = "rx1",
@@ -156,8 +136,8 @@ PanelModel rx1()
                 monitor("MonitorMic", 3, diagonal(64, 0, 2)),
                 gain("Mic", 0, 1, 42),
                 volume("Headphone", 1, 0, {}, "Headphone volume set to: {gain}"),
-                mute("Headphone", 4, headphoneMuted, true),
-                dim("Headphone", 5, headphoneDimmed),
+                outputSwitch("Headphone", Kind::Mute, 4, true),
+                outputSwitch("Headphone", Kind::Dim, 5, true),
                 phone("OtgToHp", 2, "HP", diagonal(64, 2, 2)),
             }};
 }
@@ -181,12 +161,12 @@ PanelModel rx2()
                     monitor("MonitorMic2", 5, toBothOutputs(1)),
                     volume("Speaker", 2, 0, "Speaker Knob value changed: {called}",
                            "Speaker volume set to: {effective}"),
-                    mute("Speaker", 6, "Speaker Mute Button Clicked: Mute {ON}", true),
-                    dim("Speaker", 7, {}),
+                    outputSwitch("Speaker", Kind::Mute, 6, true),
+                    outputSwitch("Speaker", Kind::Dim, 7, false),
                     volume("Headphone", 4, 4, "Headphone Knob value changed: {called}",
                            "Headphone volume set to: {effective}"),
-                    mute("Headphone", 8, {}, false),
-                    dim("Headphone", 9, {}),
+                    outputSwitch("Headphone", Kind::Mute, 8, false),
+                    outputSwitch("Headphone", Kind::Dim, 9, false),
                     phone("OtgToHp", 5, "HP", diagonal(68, 2, 2)),
                     phone("OtgToSP", 3, "SP", diagonal(64, 2, 2)),
                 },
@@ -204,8 +184,8 @@ PanelModel rm()
                 monitor("MonitorMic", 0, diagonal(64, 0, 2)),
                 gain("Mic", 0, 1, 42),
                 volume("Headphone", 1, 0, {}, {}),
-                mute("Headphone", 1, headphoneMuted, true),
-                dim("Headphone", 2, headphoneDimmed),
+                outputSwitch("Headphone", Kind::Mute, 1, true),
+                outputSwitch("Headphone", Kind::Dim, 2, true),
             }};
 }
 

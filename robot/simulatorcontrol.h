@@ -39,7 +39,7 @@ public:
 
     explicit SimulatorControl(Run run);
 
-    /// @p model is "rx1", "rx2", "rm" or a product identifier.
+    /// @p model is a name that the simulator knows, e.g. "rx1", or a product identifier.
     bool plug(const QString &model, int bus = 0);
     bool unplug();
     /// A sane interface, nothing plugged, an empty record.

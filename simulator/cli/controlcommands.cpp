@@ -56,6 +56,15 @@ CommandResult plug(Arguments &arguments, SimulatorClient &client)
     return {accepted(arguments) && client.plug(model, static_cast<int>(bus.value_or(0))), {}};
 }
 
+/// Asks nobody.
+CommandResult models(Arguments &arguments, SimulatorClient &)
+{
+    CommandResult result{accepted(arguments), {}};
+    for (const ModelName &model : modelNames())
+        result.output += model.name.toUtf8() + '\n';
+    return result;
+}
+
 CommandResult unplug(Arguments &arguments, SimulatorClient &client)
 {
     return {accepted(arguments) && client.unplug(), {}};
@@ -173,7 +182,8 @@ CommandResult set(Arguments &arguments, SimulatorClient &client)
 } // namespace
 
 const QList<ControlCommand> controlCommands{
-    {"plug", "plug rx1|rx2|rm|IDENTIFIER [--bus N]", plug},
+    {"models", "models", models},
+    {"plug", "plug MODEL|IDENTIFIER [--bus N]", plug},
     {"unplug", "unplug", unplug},
     {"meter", "meter INDEX=VALUE...", meter},
     {"fail", "fail CODE|NAME N [ERROR] [--count K] [--opcode X]", fail},

@@ -90,8 +90,8 @@ int main(int argc, char **argv)
     if (!arguments.error().isEmpty()) {
         std::fprintf(stderr,
                      "vesmora-sim: %s\n"
-                     "usage: vesmora-sim [--plug rx1|rx2|rm|IDENTIFIER] [--bus N] [--print]\n",
-                     arguments.error().toLocal8Bit().constData());
+                     "usage: vesmora-sim [--plug %s|IDENTIFIER] [--bus N] [--print]\n",
+                     arguments.error().toLocal8Bit().constData(), qPrintable(modelChoice()));
         return Misused;
     }
     const UniqueFd stop = stopSignals();
