@@ -1,12 +1,12 @@
 #include "consolecapture.h"
 #include "drivercommands.h"
 #include "logcapture.h"
+#include "logtext.h"
 #include "opening.h"
 #include "testsimulator.h"
 #include "vesmoraiocontrol.h"
 #include "win32spy.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 #include <iostream>
@@ -35,28 +35,16 @@ Observation observe(const DriverCommand &command, VesmoraIoControl &device)
     Win32Spy spy;
     seen.answer = command.run(device);
     seen.calls = spy.stop();
-    seen.log = log.lines();
+    seen.log = withoutAddresses(log.lines());
     seen.outputLines = output.lines();
     seen.errorLines = errors.lines();
     return seen;
 }
 
 /// Only one command logs, and only when it works.
-QStringList logPatterns(const DriverCommand &command, bool works)
+QStringList logOf(const DriverCommand &command)
 {
-    if (!works || command.name != "getBufferSize")
-        return {};
-    return {"Buffer size: 0x[0-9a-f]+"};
-}
-
-bool matches(const QStringList &lines, const QStringList &patterns)
-{
-    const auto isMatch = [](const QString &line, const QString &pattern) {
-        return QRegularExpression(QRegularExpression::anchoredPattern(pattern))
-            .match(line)
-            .hasMatch();
-    };
-    return std::equal(lines.begin(), lines.end(), patterns.begin(), patterns.end(), isMatch);
+    return command.name == "getBufferSize" ? QStringList{"Buffer size: (address)"} : QStringList();
 }
 
 QByteArray pattern(qsizetype length)
@@ -78,15 +66,15 @@ private slots:
     void cleanup();
     void cleanupTestCase();
 
-    void makesOneExactRequestAndGivesTheAnswer_data();
+    void makesOneExactRequestAndGivesTheAnswer_data() { addCommandRows(); }
     void makesOneExactRequestAndGivesTheAnswer();
     void aFailingDriverIsAskedOnceAndNothingIsUndone_data();
     void aFailingDriverIsAskedOnceAndNothingIsUndone();
-    void withoutAnOpenDeviceNothingIsSent_data();
+    void withoutAnOpenDeviceNothingIsSent_data() { addCommandRows(); }
     void withoutAnOpenDeviceNothingIsSent();
-    void afterUnpluggingEveryCommandFailsWithNotConnected_data();
+    void afterUnpluggingEveryCommandFailsWithNotConnected_data() { addCommandRows(); }
     void afterUnpluggingEveryCommandFailsWithNotConnected();
-    void waitsForALateAnswer_data();
+    void waitsForALateAnswer_data() { addCommandRows(); }
     void waitsForALateAnswer();
 
     void setMicVolumeAfterAFailedOpenReturnsTrueAndSendsNothing();
@@ -123,7 +111,8 @@ private slots:
 
 private:
     HANDLE open();
-    void addCommandRows();
+    static void addCommandRows();
+    static const DriverCommand &fetchCommand();
     QByteArray bytesOfLastRequest();
 
     TestSimulator m_simulator;
@@ -166,28 +155,28 @@ void tst_Commands::addCommandRows()
         QTest::newRow(qPrintable(driverCommands()[i].name)) << i;
 }
 
+const DriverCommand &tst_Commands::fetchCommand()
+{
+    QFETCH(int, index);
+    return driverCommands()[index];
+}
+
 QByteArray tst_Commands::bytesOfLastRequest()
 {
     const QList<Record> records = m_simulator.record();
     return records.isEmpty() ? QByteArray() : records.constLast().bytes;
 }
 
-void tst_Commands::makesOneExactRequestAndGivesTheAnswer_data()
-{
-    addCommandRows();
-}
-
 void tst_Commands::makesOneExactRequestAndGivesTheAnswer()
 {
-    QFETCH(int, index);
-    const DriverCommand &command = driverCommands()[index];
+    const DriverCommand &command = fetchCommand();
     const HANDLE handle = open();
     const Observation seen = observe(command, *m_device);
     QCOMPARE(seen.answer, command.accepted);
     QCOMPARE(textsOf(seen.calls), QStringList{command.callText()});
     QCOMPARE(seen.calls[0].handle, handle);
     QCOMPARE(seen.calls[0].inputBytes, command.input);
-    QVERIFY2(matches(seen.log, logPatterns(command, true)), qPrintable(seen.log.join(u'\n')));
+    QCOMPARE(seen.log, logOf(command));
     QCOMPARE(seen.outputLines, QStringList());
     QCOMPARE(seen.errorLines, QStringList());
 
@@ -216,9 +205,8 @@ void tst_Commands::aFailingDriverIsAskedOnceAndNothingIsUndone_data()
 /// The second of three calls fails; the first and the third do not notice.
 void tst_Commands::aFailingDriverIsAskedOnceAndNothingIsUndone()
 {
-    QFETCH(int, index);
+    const DriverCommand &command = fetchCommand();
     QFETCH(quint32, error);
-    const DriverCommand &command = driverCommands()[index];
     open();
     QVERIFY(m_simulator.fail(command.name, 2, error));
     QCOMPARE(observe(command, *m_device).answer, command.accepted);
@@ -237,15 +225,9 @@ void tst_Commands::aFailingDriverIsAskedOnceAndNothingIsUndone()
                           command.repeated}));
 }
 
-void tst_Commands::withoutAnOpenDeviceNothingIsSent_data()
-{
-    addCommandRows();
-}
-
 void tst_Commands::withoutAnOpenDeviceNothingIsSent()
 {
-    QFETCH(int, index);
-    const DriverCommand &command = driverCommands()[index];
+    const DriverCommand &command = fetchCommand();
     QVERIFY(m_simulator.plug(VESMORA_PID_RX1));
     const Observation seen = observe(command, *m_device);
     QCOMPARE(seen.answer, command.closed);
@@ -256,15 +238,9 @@ void tst_Commands::withoutAnOpenDeviceNothingIsSent()
     QCOMPARE(m_simulator.requests(true), QStringList());
 }
 
-void tst_Commands::afterUnpluggingEveryCommandFailsWithNotConnected_data()
-{
-    addCommandRows();
-}
-
 void tst_Commands::afterUnpluggingEveryCommandFailsWithNotConnected()
 {
-    QFETCH(int, index);
-    const DriverCommand &command = driverCommands()[index];
+    const DriverCommand &command = fetchCommand();
     const HANDLE handle = open();
     QVERIFY(m_simulator.unplug());
     const Observation seen = observe(command, *m_device);
@@ -279,16 +255,10 @@ void tst_Commands::afterUnpluggingEveryCommandFailsWithNotConnected()
     QCOMPARE(callsOfDeleting(std::move(m_device)).value(0).handle, handle);
 }
 
-void tst_Commands::waitsForALateAnswer_data()
-{
-    addCommandRows();
-}
-
 /// A command that came back early could not have the answer.
 void tst_Commands::waitsForALateAnswer()
 {
-    QFETCH(int, index);
-    const DriverCommand &command = driverCommands()[index];
+    const DriverCommand &command = fetchCommand();
     open();
     QVERIFY(m_simulator.delay(command.name, 50));
     const Observation seen = observe(command, *m_device);
@@ -383,14 +353,12 @@ void tst_Commands::settersSendLittleEndianNumbers()
     QFETCH(quint32, number);
     QFETCH(QByteArray, bytes);
     open();
-    QVERIFY(m_device->setSampleRate(number));
-    QCOMPARE(bytesOfLastRequest(), bytes);
-    QVERIFY(m_device->setBufferSize(number));
-    QCOMPARE(bytesOfLastRequest(), bytes);
-    QVERIFY(m_device->setUsbLatency(number));
-    QCOMPARE(bytesOfLastRequest(), bytes);
-    QVERIFY(m_device->setWdmChannelCount(number));
-    QCOMPARE(bytesOfLastRequest(), bytes);
+    for (const auto set :
+         {&VesmoraIoControl::setSampleRate, &VesmoraIoControl::setBufferSize,
+          &VesmoraIoControl::setUsbLatency, &VesmoraIoControl::setWdmChannelCount}) {
+        QVERIFY((*m_device.*set)(number));
+        QCOMPARE(bytesOfLastRequest(), bytes);
+    }
 
     const SimulatorState state = m_simulator.state();
     QCOMPARE(state.sampleRate, number);
@@ -414,15 +382,12 @@ void tst_Commands::gettersGiveAnyNumber()
             && m_simulator.setUsbLatency(number) && m_simulator.setIdentifier(number));
     const LogCapture log;
     QCOMPARE(m_device->getSampleRate(), number);
-    std::uint32_t value = ~number;
-    QVERIFY(m_device->getBufferSize(value));
-    QCOMPARE(value, number);
-    value = ~number;
-    QVERIFY(m_device->getUsbLatency(value));
-    QCOMPARE(value, number);
-    value = ~number;
-    QVERIFY(m_device->getDevicePid(value));
-    QCOMPARE(value, number);
+    for (const auto get : {&VesmoraIoControl::getBufferSize, &VesmoraIoControl::getUsbLatency,
+                           &VesmoraIoControl::getDevicePid}) {
+        std::uint32_t value = ~number;
+        QVERIFY((*m_device.*get)(value));
+        QCOMPARE(value, number);
+    }
 }
 
 void tst_Commands::gettersOfferAZeroedBufferOfTheirOwn()

@@ -60,7 +60,7 @@ public:
         if (isOpen())
             CloseHandle(std::exchange(m_handle, INVALID_HANDLE_VALUE));
     }
-    HANDLE get() const { return m_handle; }
+    operator HANDLE() const { return m_handle; }
     bool isOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
     bool failedWith(DWORD error) const { return !isOpen() && m_error == error; }
 
@@ -93,34 +93,40 @@ Handle openPipeWhenFree(const std::wstring &name)
     return client;
 }
 
-Outcome awaitClient(const Handle &pipe)
+Outcome awaitClient(HANDLE pipe)
 {
-    return outcome([&] { return ConnectNamedPipe(pipe.get(), nullptr); });
+    return outcome([&] { return ConnectNamedPipe(pipe, nullptr); });
 }
 
-Outcome dropClient(const Handle &pipe)
+Outcome dropClient(HANDLE pipe)
 {
-    return outcome([&] { return DisconnectNamedPipe(pipe.get()); });
+    return outcome([&] { return DisconnectNamedPipe(pipe); });
 }
 
-Outcome receive(const Handle &pipe, DWORD length = 1024)
+Outcome receive(HANDLE pipe, DWORD length = 1024)
 {
     QByteArray buffer(static_cast<qsizetype>(length), '\0');
     DWORD count = 0;
     Outcome result =
-        outcome([&] { return ReadFile(pipe.get(), buffer.data(), length, &count, nullptr); });
+        outcome([&] { return ReadFile(pipe, buffer.data(), length, &count, nullptr); });
     result.bytes = buffer.left(static_cast<qsizetype>(count));
     return result;
 }
 
-Outcome transmit(const Handle &pipe, const QByteArray &message)
+Outcome transmit(HANDLE pipe, const QByteArray &message)
 {
     const auto length = static_cast<DWORD>(message.size());
     DWORD count = 0;
-    Outcome result = outcome(
-        [&] { return WriteFile(pipe.get(), message.constData(), length, &count, nullptr); });
+    Outcome result =
+        outcome([&] { return WriteFile(pipe, message.constData(), length, &count, nullptr); });
     result.ok = result.ok && count == length;
     return result;
+}
+
+/// Whether the next that @p to reads is @p message, sent by @p from.
+bool passes(const QByteArray &message, HANDLE from, HANDLE to)
+{
+    return transmit(from, message).ok && receive(to).bytes == message;
 }
 
 /// Runs @p call on a thread of its own.
@@ -128,6 +134,27 @@ template <typename Call> std::future<Outcome> start(Call call)
 {
     return std::async(std::launch::async, call);
 }
+
+/// A client for a server that has let go of the last one; not open when that failed.
+Handle connectAgain(HANDLE server, const std::wstring &name)
+{
+    std::future<Outcome> connected = start([server] { return awaitClient(server); });
+    Handle client = openPipeWhenFree(name);
+    return connected.get().ok ? std::move(client) : Handle();
+}
+
+/// An instance of a pipe and the client that it has accepted.
+struct Connection {
+    explicit Connection(const std::wstring &name)
+        : server(createPipe(name))
+        , client(openPipe(name))
+    {
+        awaitClient(server);
+    }
+
+    Handle server;
+    Handle client;
+};
 
 bool hasEnded(const std::future<Outcome> &call, std::chrono::milliseconds patience = deadline)
 {
@@ -141,9 +168,9 @@ Handle openThread(DWORD id, DWORD access = THREAD_TERMINATE)
     return Handle(thread ? thread : INVALID_HANDLE_VALUE);
 }
 
-Outcome cancelThread(const Handle &thread)
+Outcome cancelThread(HANDLE thread)
 {
-    return outcome([&] { return CancelSynchronousIo(thread.get()); });
+    return outcome([&] { return CancelSynchronousIo(thread); });
 }
 
 /// A call on a thread of its own, which can be cancelled by thread.
@@ -170,9 +197,9 @@ public:
     {
         return repeatUntilEnded([this] { cancelThread(m_thread); });
     }
-    bool cancelByHandle(const Handle &pipe) const
+    bool cancelByHandle(HANDLE pipe) const
     {
-        return repeatUntilEnded([&] { CancelIoEx(pipe.get(), nullptr); });
+        return repeatUntilEnded([&] { CancelIoEx(pipe, nullptr); });
     }
     Outcome result() { return m_result.get(); }
 
@@ -298,9 +325,7 @@ void tst_NamedPipes::aClientThatCameAndLeftBeforeConnectNamedPipeIsNoData()
     QVERIFY(awaitClient(server).failedWith(ERROR_NO_DATA));
 
     QVERIFY(dropClient(server).ok);
-    std::future<Outcome> connected = start([&] { return awaitClient(server); });
-    QVERIFY(openPipeWhenFree(m_name).isOpen());
-    QVERIFY(connected.get().ok);
+    QVERIFY(connectAgain(server, m_name).isOpen());
 }
 
 void tst_NamedPipes::connectNamedPipeWaitsForAClient()
@@ -315,25 +340,22 @@ void tst_NamedPipes::connectNamedPipeWaitsForAClient()
     QVERIFY(client.isOpen());
     QVERIFY(hasEnded(connected));
     QVERIFY(connected.get().ok);
-    QVERIFY(transmit(client, "1").ok);
-    QCOMPARE(receive(server).bytes, QByteArray("1"));
+    QVERIFY(passes("1", client, server));
 }
 
 void tst_NamedPipes::aClientThatLeavesAtOnceEndsTheWaitWithSuccess()
 {
-    const Handle server = createPipe(m_name);
-    const Handle first = openPipe(m_name);
-    awaitClient(server);
+    const Connection pipe(m_name);
     for (int round = 0; round < 50; ++round) {
-        QVERIFY(dropClient(server).ok);
+        QVERIFY(dropClient(pipe.server).ok);
         // Only now, after a disconnection, does an open prove that the server is waiting.
-        std::future<Outcome> connected = start([&] { return awaitClient(server); });
+        std::future<Outcome> connected = start([&] { return awaitClient(pipe.server); });
         Handle client = openPipeWhenFree(m_name);
         QVERIFY(transmit(client, "1").ok);
         client.close();
         QVERIFY(connected.get().ok);
-        QCOMPARE(receive(server).bytes, QByteArray("1"));
-        QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+        QCOMPARE(receive(pipe.server).bytes, QByteArray("1"));
+        QVERIFY(receive(pipe.server).failedWith(ERROR_BROKEN_PIPE));
     }
 }
 
@@ -374,8 +396,7 @@ void tst_NamedPipes::ofManyClientsAtOnceOneIsServed()
     QCOMPARE(served.size(), 1u);
     QCOMPARE(refused, 7);
     QVERIFY(hasEnded(connected));
-    QVERIFY(transmit(served.front(), "served").ok);
-    QCOMPARE(receive(server).bytes, QByteArray("served"));
+    QVERIFY(passes("served", served.front(), server));
 }
 
 void tst_NamedPipes::aSecondInstanceServesASecondClient()
@@ -407,16 +428,12 @@ void tst_NamedPipes::moreInstancesThanAllowedAreBusy()
 
 void tst_NamedPipes::aDisconnectedInstanceIsBusyUntilItListensAgain()
 {
-    const Handle server = createPipe(m_name);
-    Handle client = openPipe(m_name);
-    awaitClient(server);
-    client.close();
-    QVERIFY(dropClient(server).ok);
+    Connection pipe(m_name);
+    pipe.client.close();
+    QVERIFY(dropClient(pipe.server).ok);
     QVERIFY(openPipe(m_name).failedWith(ERROR_PIPE_BUSY));
 
-    std::future<Outcome> connected = start([&] { return awaitClient(server); });
-    QVERIFY(openPipeWhenFree(m_name).isOpen());
-    QVERIFY(connected.get().ok);
+    QVERIFY(connectAgain(pipe.server, m_name).isOpen());
 }
 
 void tst_NamedPipes::clientsAreServedOneAfterAnother()
@@ -452,15 +469,13 @@ void tst_NamedPipes::clientsAreServedOneAfterAnother()
 
 void tst_NamedPipes::messagesKeepTheirBoundaries()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(client, "first").ok);
-    QVERIFY(transmit(client, "second").ok);
-    QVERIFY(transmit(client, QByteArray(50000, 'x')).ok);
-    QCOMPARE(receive(server).bytes, QByteArray("first"));
-    QCOMPARE(receive(server, 6).bytes, QByteArray("second"));
-    const Outcome large = receive(server, 60000);
+    const Connection pipe(m_name);
+    QVERIFY(transmit(pipe.client, "first").ok);
+    QVERIFY(transmit(pipe.client, "second").ok);
+    QVERIFY(transmit(pipe.client, QByteArray(50000, 'x')).ok);
+    QCOMPARE(receive(pipe.server).bytes, QByteArray("first"));
+    QCOMPARE(receive(pipe.server, 6).bytes, QByteArray("second"));
+    const Outcome large = receive(pipe.server, 60000);
     QVERIFY(large.ok);
     QCOMPARE(large.bytes, QByteArray(50000, 'x'));
 }
@@ -476,58 +491,49 @@ void tst_NamedPipes::messagesWrittenBeforeConnectNamedPipeAreKept()
 
 void tst_NamedPipes::aMessageLongerThanTheBufferIsReadInParts()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(client, "0123456789").ok);
-    QVERIFY(transmit(client, "next").ok);
-    Outcome part = receive(server, 4);
-    QVERIFY(part.failedWith(ERROR_MORE_DATA));
-    QCOMPARE(part.bytes, QByteArray("0123"));
-    part = receive(server, 4);
-    QVERIFY(part.failedWith(ERROR_MORE_DATA));
-    QCOMPARE(part.bytes, QByteArray("4567"));
-    part = receive(server, 4);
+    const Connection pipe(m_name);
+    QVERIFY(transmit(pipe.client, "0123456789").ok);
+    QVERIFY(transmit(pipe.client, "next").ok);
+    for (const char *beginning : {"0123", "4567"}) {
+        const Outcome part = receive(pipe.server, 4);
+        QVERIFY(part.failedWith(ERROR_MORE_DATA));
+        QCOMPARE(part.bytes, QByteArray(beginning));
+    }
+    const Outcome part = receive(pipe.server, 4);
     QVERIFY(part.ok);
     QCOMPARE(part.bytes, QByteArray("89"));
-    QCOMPARE(receive(server).bytes, QByteArray("next"));
+    QCOMPARE(receive(pipe.server).bytes, QByteArray("next"));
 }
 
 void tst_NamedPipes::anEmptyMessageIsAMessage()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(client, QByteArray()).ok);
-    QVERIFY(transmit(client, "full").ok);
-    const Outcome empty = receive(server);
+    const Connection pipe(m_name);
+    QVERIFY(transmit(pipe.client, QByteArray()).ok);
+    QVERIFY(transmit(pipe.client, "full").ok);
+    const Outcome empty = receive(pipe.server);
     QVERIFY(empty.ok);
     QVERIFY(empty.bytes.isEmpty());
-    QCOMPARE(receive(server).bytes, QByteArray("full"));
+    QCOMPARE(receive(pipe.server).bytes, QByteArray("full"));
 }
 
 void tst_NamedPipes::aClientReadsBytesAcrossMessages()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(server, "abcdef").ok);
-    QVERIFY(transmit(server, "ghi").ok);
-    Outcome part = receive(client, 4);
+    const Connection pipe(m_name);
+    QVERIFY(transmit(pipe.server, "abcdef").ok);
+    QVERIFY(transmit(pipe.server, "ghi").ok);
+    Outcome part = receive(pipe.client, 4);
     QVERIFY(part.ok);
     QCOMPARE(part.bytes, QByteArray("abcd"));
-    part = receive(client);
+    part = receive(pipe.client);
     QVERIFY(part.ok);
     QCOMPARE(part.bytes, QByteArray("efghi"));
 }
 
 void tst_NamedPipes::readFileWaitsForAMessage()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    std::future<Outcome> received = start([&] { return receive(server); });
-    QVERIFY(transmit(client, "late").ok);
+    const Connection pipe(m_name);
+    std::future<Outcome> received = start([&] { return receive(pipe.server); });
+    QVERIFY(transmit(pipe.client, "late").ok);
     QVERIFY(hasEnded(received));
     QCOMPARE(received.get().bytes, QByteArray("late"));
 }
@@ -547,25 +553,21 @@ void tst_NamedPipes::aClientWithoutTheRightMayNotReadOrWrite()
 
 void tst_NamedPipes::whatAClientWroteBeforeItLeftIsReadFirst()
 {
-    const Handle server = createPipe(m_name);
-    Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(client, "last words").ok);
-    client.close();
-    QCOMPARE(receive(server).bytes, QByteArray("last words"));
-    QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
-    QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+    Connection pipe(m_name);
+    QVERIFY(transmit(pipe.client, "last words").ok);
+    pipe.client.close();
+    QCOMPARE(receive(pipe.server).bytes, QByteArray("last words"));
+    QVERIFY(receive(pipe.server).failedWith(ERROR_BROKEN_PIPE));
+    QVERIFY(receive(pipe.server).failedWith(ERROR_BROKEN_PIPE));
 }
 
 void tst_NamedPipes::writingToAClientThatLeftFails()
 {
-    const Handle server = createPipe(m_name);
-    Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(server, "unread").ok);
-    client.close();
-    QVERIFY(transmit(server, "1").failedWith(ERROR_NO_DATA));
-    QVERIFY(receive(server).failedWith(ERROR_BROKEN_PIPE));
+    Connection pipe(m_name);
+    QVERIFY(transmit(pipe.server, "unread").ok);
+    pipe.client.close();
+    QVERIFY(transmit(pipe.server, "1").failedWith(ERROR_NO_DATA));
+    QVERIFY(receive(pipe.server).failedWith(ERROR_BROKEN_PIPE));
 }
 
 void tst_NamedPipes::readingAndWritingBeforeAnyClientFails()
@@ -577,72 +579,57 @@ void tst_NamedPipes::readingAndWritingBeforeAnyClientFails()
 
 void tst_NamedPipes::readingAndWritingAfterDisconnectingFails()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(dropClient(server).ok);
-    QVERIFY(receive(server).failedWith(ERROR_PIPE_NOT_CONNECTED));
-    QVERIFY(transmit(server, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
-    QVERIFY(receive(client).failedWith(ERROR_PIPE_NOT_CONNECTED));
-    QVERIFY(transmit(client, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
+    const Connection pipe(m_name);
+    QVERIFY(dropClient(pipe.server).ok);
+    QVERIFY(receive(pipe.server).failedWith(ERROR_PIPE_NOT_CONNECTED));
+    QVERIFY(transmit(pipe.server, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
+    QVERIFY(receive(pipe.client).failedWith(ERROR_PIPE_NOT_CONNECTED));
+    QVERIFY(transmit(pipe.client, "1").failedWith(ERROR_PIPE_NOT_CONNECTED));
 }
 
 void tst_NamedPipes::disconnectingDiscardsWhatTheClientHasNotRead()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(server, "lost").ok);
-    QVERIFY(transmit(client, "lost as well").ok);
-    QVERIFY(dropClient(server).ok);
-    QVERIFY(receive(client).failedWith(ERROR_PIPE_NOT_CONNECTED));
+    const Connection pipe(m_name);
+    QVERIFY(transmit(pipe.server, "lost").ok);
+    QVERIFY(transmit(pipe.client, "lost as well").ok);
+    QVERIFY(dropClient(pipe.server).ok);
+    QVERIFY(receive(pipe.client).failedWith(ERROR_PIPE_NOT_CONNECTED));
 
-    std::future<Outcome> connected = start([&] { return awaitClient(server); });
-    const Handle next = openPipeWhenFree(m_name);
-    QVERIFY(connected.get().ok);
-    QVERIFY(transmit(next, "kept").ok);
-    QCOMPARE(receive(server).bytes, QByteArray("kept"));
+    const Handle next = connectAgain(pipe.server, m_name);
+    QVERIFY(passes("kept", next, pipe.server));
 }
 
 void tst_NamedPipes::disconnectingWakesAReadingClient()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    std::future<Outcome> received = start([&] { return receive(client); });
-    QVERIFY(dropClient(server).ok);
+    const Connection pipe(m_name);
+    std::future<Outcome> received = start([&] { return receive(pipe.client); });
+    QVERIFY(dropClient(pipe.server).ok);
     QVERIFY(hasEnded(received));
     QVERIFY(received.get().failedWith(ERROR_PIPE_NOT_CONNECTED));
 }
 
 void tst_NamedPipes::disconnectingTwiceFails()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(dropClient(server).ok);
-    QVERIFY(dropClient(server).failedWith(ERROR_PIPE_NOT_CONNECTED));
+    const Connection pipe(m_name);
+    QVERIFY(dropClient(pipe.server).ok);
+    QVERIFY(dropClient(pipe.server).failedWith(ERROR_PIPE_NOT_CONNECTED));
 }
 
 void tst_NamedPipes::aClientWhoseServerClosedReadsTheRestFirst()
 {
-    Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    QVERIFY(transmit(server, "rest").ok);
-    server.close();
-    QCOMPARE(receive(client).bytes, QByteArray("rest"));
-    QVERIFY(receive(client).failedWith(ERROR_BROKEN_PIPE));
-    QVERIFY(transmit(client, "1").failedWith(ERROR_NO_DATA));
+    Connection pipe(m_name);
+    QVERIFY(transmit(pipe.server, "rest").ok);
+    pipe.server.close();
+    QCOMPARE(receive(pipe.client).bytes, QByteArray("rest"));
+    QVERIFY(receive(pipe.client).failedWith(ERROR_BROKEN_PIPE));
+    QVERIFY(transmit(pipe.client, "1").failedWith(ERROR_NO_DATA));
 }
 
 void tst_NamedPipes::closingTheServerWakesAReadingClient()
 {
-    Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    std::future<Outcome> received = start([&] { return receive(client); });
-    server.close();
+    Connection pipe(m_name);
+    std::future<Outcome> received = start([&] { return receive(pipe.client); });
+    pipe.server.close();
     QVERIFY(hasEnded(received));
     QVERIFY(received.get().failedWith(ERROR_BROKEN_PIPE));
 }
@@ -672,31 +659,24 @@ void tst_NamedPipes::cancellingEndsConnectNamedPipe()
 void tst_NamedPipes::cancellingEndsReadFile()
 {
     QFETCH(bool, byThread);
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
+    const Connection pipe(m_name);
     for (int round = 0; round < 20; ++round) {
-        ThreadCall call([&] { return receive(server); });
-        QVERIFY(byThread ? call.cancelByThread() : call.cancelByHandle(server));
+        ThreadCall call([&] { return receive(pipe.server); });
+        QVERIFY(byThread ? call.cancelByThread() : call.cancelByHandle(pipe.server));
         QVERIFY(call.result().failedWith(ERROR_OPERATION_ABORTED));
     }
     // The connection has not suffered.
-    QVERIFY(transmit(client, "1").ok);
-    QCOMPARE(receive(server).bytes, QByteArray("1"));
+    QVERIFY(passes("1", pipe.client, pipe.server));
 }
 
 void tst_NamedPipes::cancellingAThreadLeavesTheOthersAlone()
 {
-    const Handle server = createPipe(m_name);
-    const Handle client = openPipe(m_name);
-    awaitClient(server);
-    const Handle otherServer = createPipe(m_name);
-    const Handle otherClient = openPipe(m_name);
-    awaitClient(otherServer);
-    ThreadCall cancelled([&] { return receive(server); });
-    ThreadCall other([&] { return receive(otherServer); });
+    const Connection pipe(m_name);
+    const Connection otherPipe(m_name);
+    ThreadCall cancelled([&] { return receive(pipe.server); });
+    ThreadCall other([&] { return receive(otherPipe.server); });
     QVERIFY(cancelled.cancelByThread());
-    QVERIFY(transmit(otherClient, "1").ok);
+    QVERIFY(transmit(otherPipe.client, "1").ok);
     QCOMPARE(other.result().bytes, QByteArray("1"));
 }
 
@@ -733,22 +713,13 @@ void tst_NamedPipes::cancellingAThreadTakesTheRightTo()
 void tst_NamedPipes::callsOnAnUnknownHandleFail()
 {
     Handle server = createPipe(m_name);
-    const HANDLE closed = server.get();
+    const HANDLE closed = server;
     server.close();
-    DWORD count = 0;
-    char byte = 0;
     for (const HANDLE handle : {closed, INVALID_HANDLE_VALUE}) {
-        QVERIFY(outcome([&] {
-                    return ConnectNamedPipe(handle, nullptr);
-                }).failedWith(ERROR_INVALID_HANDLE));
-        QVERIFY(
-            outcome([&] { return DisconnectNamedPipe(handle); }).failedWith(ERROR_INVALID_HANDLE));
-        QVERIFY(outcome([&] {
-                    return ReadFile(handle, &byte, 1, &count, nullptr);
-                }).failedWith(ERROR_INVALID_HANDLE));
-        QVERIFY(outcome([&] {
-                    return WriteFile(handle, &byte, 1, &count, nullptr);
-                }).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(awaitClient(handle).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(dropClient(handle).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(receive(handle).failedWith(ERROR_INVALID_HANDLE));
+        QVERIFY(transmit(handle, "1").failedWith(ERROR_INVALID_HANDLE));
     }
     QVERIFY(outcome([&] { return CloseHandle(closed); }).failedWith(ERROR_INVALID_HANDLE));
     QVERIFY(outcome([&] { return CancelIoEx(closed, nullptr); }).failedWith(ERROR_INVALID_HANDLE));
