@@ -9,6 +9,24 @@
 #include <memory>
 #include <vector>
 
+template <typename T> QByteArray bytesOf(const T &value)
+{
+    return {reinterpret_cast<const char *>(&value), sizeof value};
+}
+
+inline QByteArray packet(std::uint8_t opcode, std::uint8_t argument = 0, std::uint8_t channel = 0,
+                         std::int16_t value = 0)
+{
+    CommandPacket packet{};
+    packet.kind = VESMORA_PACKET_KIND;
+    packet.opcode = opcode;
+    packet.argument = argument;
+    packet.channel = channel;
+    packet.valueLow = static_cast<std::uint8_t>(value & 0xFF);
+    packet.valueHigh = static_cast<std::uint8_t>((value >> 8) & 0xFF);
+    return bytesOf(packet);
+}
+
 /// A model with memory of its own and a clock that stands still until it is set.
 class SimModelFixture
 {
@@ -55,7 +73,7 @@ public:
 
     template <typename T> std::uint32_t control(std::uint32_t code, const T &input)
     {
-        return control(code, bytes(input));
+        return control(code, bytesOf(input));
     }
 
     std::uint32_t fail(std::uint32_t code, std::uint32_t nth, std::uint32_t count = 1,
@@ -65,13 +83,22 @@ public:
         return control(VESMORA_SIM_ADD_FAULT, VesmoraSimFault{code, opcode, nth, count, status});
     }
 
+    VesmoraSimState state()
+    {
+        if (control(VESMORA_SIM_READ_STATE, {}, sizeof(VesmoraSimState)) != SIM_SUCCESS)
+            qFatal("There is no state");
+        return outputAs<VesmoraSimState>();
+    }
+
+    /// Reads the mixer block.
+    QByteArray mixer()
+    {
+        control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock));
+        return output;
+    }
+
     QByteArray output;
     std::uint32_t delay = 0;
-
-    template <typename T> static QByteArray bytes(const T &value)
-    {
-        return {reinterpret_cast<const char *>(&value), sizeof value};
-    }
 
     template <typename T> T outputAs() const
     {
@@ -80,19 +107,6 @@ public:
             qFatal("The answer is %d bytes long", int(output.size()));
         std::copy(output.begin(), output.end(), reinterpret_cast<char *>(&value));
         return value;
-    }
-
-    static QByteArray packet(std::uint8_t opcode, std::uint8_t argument = 0,
-                             std::uint8_t channel = 0, std::int16_t value = 0)
-    {
-        CommandPacket packet{};
-        packet.kind = VESMORA_PACKET_KIND;
-        packet.opcode = opcode;
-        packet.argument = argument;
-        packet.channel = channel;
-        packet.valueLow = static_cast<std::uint8_t>(value & 0xFF);
-        packet.valueHigh = static_cast<std::uint8_t>((value >> 8) & 0xFF);
-        return bytes(packet);
     }
 
 private:
@@ -114,6 +128,27 @@ private:
 
     std::vector<std::uint64_t> m_storage;
     std::unique_ptr<SimModel> m_model;
+};
+
+/// A model with an RX1 on its first bus, open.
+class OpenSimModelFixture : public SimModelFixture
+{
+public:
+    explicit OpenSimModelFixture(std::uint32_t recordBytes = 1u << 20)
+        : SimModelFixture(recordBytes)
+    {
+        plug(VESMORA_PID_RX1);
+        handle = open();
+    }
+
+    using SimModelFixture::request;
+    std::uint32_t request(std::uint32_t code, const QByteArray &input = {},
+                          std::uint32_t outputLength = 0)
+    {
+        return request(handle, code, input, outputLength);
+    }
+
+    SimHandle handle{};
 };
 
 #endif

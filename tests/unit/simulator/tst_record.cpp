@@ -45,8 +45,7 @@ void tst_Record::init()
 
 QList<Record> tst_Record::records()
 {
-    m_fixture->control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(1u),
-                       VESMORA_SIM_LONGEST_PAGE);
+    m_fixture->control(VESMORA_SIM_READ_RECORD, bytesOf(1u), VESMORA_SIM_LONGEST_PAGE);
     const auto page = decodePage(m_fixture->output);
     return page ? page->records : QList<Record>();
 }
@@ -61,7 +60,7 @@ Record tst_Record::record(std::uint32_t code, const QByteArray &input, std::uint
 
 Record tst_Record::mixer(const MixerBlock &block)
 {
-    return record(VESMORA_SEND_MIXER_BLOCK, SimModelFixture::bytes(block));
+    return record(VESMORA_SEND_MIXER_BLOCK, bytesOf(block));
 }
 
 void tst_Record::opensClosesAndPlugsHaveTheirLines()
@@ -91,13 +90,12 @@ void tst_Record::requestsHaveTheirLines_data()
                         std::uint32_t outputLength = 0) {
         QTest::newRow(line) << code << input << outputLength << QString::fromLatin1(line);
     };
-    const auto packet = SimModelFixture::packet;
     const std::uint32_t send = VESMORA_SEND_PACKET;
     add("getDevicePid", VESMORA_GET_DEVICE_PID, {}, 4);
     add("getDevicePid !122", VESMORA_GET_DEVICE_PID, {}, 3);
     add("stopAudio", VESMORA_STOP_AUDIO);
-    add("setBufferSize 192", VESMORA_SET_BUFFER_SIZE, SimModelFixture::bytes(192u));
-    add("setSampleRate 4294967295", VESMORA_SET_SAMPLE_RATE, SimModelFixture::bytes(UINT32_MAX));
+    add("setBufferSize 192", VESMORA_SET_BUFFER_SIZE, bytesOf(192u));
+    add("setSampleRate 4294967295", VESMORA_SET_SAMPLE_RATE, bytesOf(UINT32_MAX));
     add("setSampleRate <3 bytes> !24", VESMORA_SET_SAMPLE_RATE, "abc");
     add("sendMixerBlock <1 bytes> !24", VESMORA_SEND_MIXER_BLOCK, "a");
     add("setOutVolume 1 100", send, packet(0x03, 2, 1, 100));
@@ -160,8 +158,8 @@ void tst_Record::aFailedMixerBlockListsItsChangesAgain()
 void tst_Record::decodesFields()
 {
     m_fixture->now = 77;
-    const QByteArray packet = SimModelFixture::packet(0x07, 2, 2, -10);
-    const Record volume = record(VESMORA_SEND_PACKET, packet);
+    const QByteArray bytes = packet(0x07, 2, 2, -10);
+    const Record volume = record(VESMORA_SEND_PACKET, bytes);
     QCOMPARE(volume.number, 1u);
     QCOMPARE(volume.ms, 77u);
     QCOMPARE(volume.bus, 1u);
@@ -173,7 +171,7 @@ void tst_Record::decodesFields()
     QCOMPARE(volume.value, std::optional<qint64>(-10));
     QCOMPARE(volume.answer, std::optional<quint32>());
     QCOMPARE(volume.inputLength, 37u);
-    QCOMPARE(volume.bytes, packet);
+    QCOMPARE(volume.bytes, bytes);
 
     const Record pid = record(VESMORA_GET_DEVICE_PID, {}, 4);
     QCOMPARE(pid.answer, std::optional<quint32>(VESMORA_PID_RX1));
@@ -201,8 +199,7 @@ void tst_Record::decodesTheMixerGeometry()
 void tst_Record::jsonHoldsTheDecodedFields()
 {
     m_fixture->fail(VESMORA_SEND_PACKET, 1, 1, SIM_DEVICE_NOT_CONNECTED);
-    const QJsonObject json =
-        record(VESMORA_SEND_PACKET, SimModelFixture::packet(0x5B, 1, 2)).toJson();
+    const QJsonObject json = record(VESMORA_SEND_PACKET, packet(0x5B, 1, 2)).toJson();
     QCOMPARE(json.value("kind"), QJsonValue("request"));
     QCOMPARE(json.value("text"), QJsonValue("setMic48V 2 1 !1167"));
     QCOMPARE(json.value("command"), QJsonValue("setMic48V"));
@@ -241,8 +238,7 @@ void tst_Record::jsonWritesNumbersThatJsonLacksAsText()
 
 void tst_Record::aDamagedPageIsNoPage()
 {
-    m_fixture->control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(1u),
-                       VESMORA_SIM_LONGEST_PAGE);
+    m_fixture->control(VESMORA_SIM_READ_RECORD, bytesOf(1u), VESMORA_SIM_LONGEST_PAGE);
     const QByteArray page = m_fixture->output;
     QVERIFY(decodePage(page));
     QVERIFY(!decodePage(page.chopped(1)));

@@ -33,8 +33,7 @@ private:
 QList<tst_SimJournal::Entry> tst_SimJournal::read(SimModelFixture &fixture, std::uint32_t from,
                                                   std::uint32_t capacity)
 {
-    if (fixture.control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(from), capacity)
-        != SIM_SUCCESS)
+    if (fixture.control(VESMORA_SIM_READ_RECORD, bytesOf(from), capacity) != SIM_SUCCESS)
         qFatal("There is no page");
     VesmoraSimPage page;
     std::memcpy(&page, fixture.output.constData(), sizeof page);
@@ -94,15 +93,15 @@ void tst_SimJournal::anEntryHoldsWhatTheRequestCarried()
     SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RM);
     const SimHandle handle = fixture.open();
-    const QByteArray packet = SimModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
-    fixture.request(handle, VESMORA_VENDOR_REQUEST, packet, 32);
+    const QByteArray question = packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+    fixture.request(handle, VESMORA_VENDOR_REQUEST, question, 32);
     fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 8);
     const QList<Entry> entries = read(fixture, 3);
     QCOMPARE(entries.size(), 2);
     QCOMPARE(entries[0].head.code, VESMORA_VENDOR_REQUEST);
     QCOMPARE(entries[0].head.inputLength, 37u);
     QCOMPARE(entries[0].head.outputLength, 32u);
-    QCOMPARE(entries[0].payload, packet);
+    QCOMPARE(entries[0].payload, question);
     QCOMPARE(entries[1].head.handle, handle.id);
     QCOMPARE(entries[1].head.outputLength, 8u);
     QCOMPARE(entries[1].head.answer, VESMORA_PID_RM);
@@ -111,11 +110,9 @@ void tst_SimJournal::anEntryHoldsWhatTheRequestCarried()
 
 void tst_SimJournal::aLongInputIsCutButItsLengthIsKept()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
+    OpenSimModelFixture fixture;
     const QByteArray input(sizeof(MixerBlock) - 1, 'x');
-    QCOMPARE(fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, input),
-             SIM_INFO_LENGTH_MISMATCH);
+    QCOMPARE(fixture.request(VESMORA_SEND_MIXER_BLOCK, input), SIM_INFO_LENGTH_MISMATCH);
     const Entry entry = read(fixture, 3).constFirst();
     QCOMPARE(entry.head.inputLength, std::uint32_t(input.size()));
     QCOMPARE(entry.payload, input.first(VESMORA_SIM_LONGEST_INPUT));
@@ -123,11 +120,9 @@ void tst_SimJournal::aLongInputIsCutButItsLengthIsKept()
 
 void tst_SimJournal::pagesHoldWholeEntriesAndGoOnWhereTheyStopped()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     for (std::uint32_t i = 0; i < 10; ++i)
-        fixture.request(handle, VESMORA_SET_BUFFER_SIZE, SimModelFixture::bytes(i));
+        fixture.request(VESMORA_SET_BUFFER_SIZE, bytesOf(i));
     std::uint32_t next = 1;
     // Room for two entries and a bit.
     for (QList<Entry> page; !(page = read(fixture, next, 8 + 64 + 64 + 63)).isEmpty();) {
@@ -142,7 +137,7 @@ void tst_SimJournal::aPageTooSmallForOneEntryIsRefused()
 {
     SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
-    const QByteArray first = SimModelFixture::bytes(1u);
+    const QByteArray first = bytesOf(1u);
     const std::uint32_t needed = sizeof(VesmoraSimPage) + sizeof(VesmoraSimEntry);
     QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, first, needed - 1), SIM_BUFFER_TOO_SMALL);
     QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, first, needed), SIM_SUCCESS);
@@ -150,37 +145,31 @@ void tst_SimJournal::aPageTooSmallForOneEntryIsRefused()
 
 void tst_SimJournal::aFullRecordCountsWhatItLosesAndKeepsNoGaps()
 {
-    SimModelFixture fixture(sizeof(VesmoraSimEntry) * 3 + 40);
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_STOP_AUDIO);
+    OpenSimModelFixture fixture(sizeof(VesmoraSimEntry) * 3 + 40);
+    fixture.request(VESMORA_STOP_AUDIO);
     for (int i = 0; i < 4; ++i)
-        fixture.request(handle, VESMORA_INIT_AUDIO);
+        fixture.request(VESMORA_INIT_AUDIO);
     QCOMPARE(read(fixture).size(), 3);
     QCOMPARE(lostIn(fixture), 4u);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_SUCCESS);
     QCOMPARE(read(fixture).size(), 3);
     QCOMPARE(lostIn(fixture), 5u);
 }
 
 void tst_SimJournal::anEntryThatRunsOutOfRoomHalfwayIsLostWhole()
 {
-    SimModelFixture fixture(4096);
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
-    fixture.request(handle, VESMORA_STOP_AUDIO);
+    OpenSimModelFixture fixture(4096);
+    fixture.request(VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
+    fixture.request(VESMORA_STOP_AUDIO);
     QCOMPARE(read(fixture).size(), 2);
     QCOMPARE(lostIn(fixture), 2u);
 }
 
 void tst_SimJournal::clearingStartsOver()
 {
-    SimModelFixture fixture(sizeof(VesmoraSimEntry));
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture(sizeof(VesmoraSimEntry));
     QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_RECORD), SIM_SUCCESS);
-    fixture.request(handle, VESMORA_STOP_AUDIO);
+    fixture.request(VESMORA_STOP_AUDIO);
     const QList<Entry> entries = read(fixture);
     QCOMPARE(lostIn(fixture), 0u);
     QCOMPARE(entries.size(), 1);
@@ -189,10 +178,8 @@ void tst_SimJournal::clearingStartsOver()
 
 void tst_SimJournal::aWholeMixerBlockOfChangesFitsOnThePageItIsSaidToFit()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
+    OpenSimModelFixture fixture;
+    fixture.request(VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
     const QList<Entry> entries = read(fixture, 3, VESMORA_SIM_LONGEST_PAGE);
     QCOMPARE(entries.size(), 1);
     QCOMPARE(entries[0].payload.size(),

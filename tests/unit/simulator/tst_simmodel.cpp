@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <cstring>
+#include <span>
 
 class tst_SimModel : public QObject
 {
@@ -60,24 +61,17 @@ private slots:
     void unnamedFailuresMapThereAndBack();
 
 private:
-    static VesmoraSimState stateOf(SimModelFixture &fixture);
+    static std::span<const SimCommand> commands() { return {sim_commands, sim_command_count}; }
     static QByteArray inputOf(const SimCommand &command);
 };
-
-VesmoraSimState tst_SimModel::stateOf(SimModelFixture &fixture)
-{
-    if (fixture.control(VESMORA_SIM_READ_STATE, {}, sizeof(VesmoraSimState)) != SIM_SUCCESS)
-        qFatal("There is no state");
-    return fixture.outputAs<VesmoraSimState>();
-}
 
 /// An input that the device accepts.
 QByteArray tst_SimModel::inputOf(const SimCommand &command)
 {
     if (command.action == SIM_TAKE_PACKET)
-        return SimModelFixture::packet(VESMORA_OPCODE_OTG_ON);
+        return packet(VESMORA_OPCODE_OTG_ON);
     if (command.action == SIM_ANSWER_VENDOR)
-        return SimModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+        return packet(VESMORA_OPCODE_FIRMWARE_VERSION);
     return QByteArray(static_cast<qsizetype>(command.inputLength), '\0');
 }
 
@@ -87,8 +81,8 @@ void tst_SimModel::nothingIsPluggedInAtFirst()
     SimHandle handle{};
     QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &handle), SIM_NO_SUCH_FILE);
     QCOMPARE(model_unplug(fixture.model(), 0), SIM_DEVICE_NOT_CONNECTED);
-    QCOMPARE(stateOf(fixture).plugged, 0u);
-    QCOMPARE(stateOf(fixture).entries, 0u);
+    QCOMPARE(fixture.state().plugged, 0u);
+    QCOMPARE(fixture.state().entries, 0u);
 }
 
 void tst_SimModel::opensOnlyTheBusItIsPluggedInto()
@@ -106,7 +100,7 @@ void tst_SimModel::plugRefusesWhatIsNoDevice()
     SimModelFixture fixture;
     QCOMPARE(fixture.plug(0), SIM_INVALID_PARAMETER);
     QCOMPARE(fixture.plug(VESMORA_PID_RX1, 16), SIM_INVALID_PARAMETER);
-    QCOMPARE(stateOf(fixture).plugged, 0u);
+    QCOMPARE(fixture.state().plugged, 0u);
 }
 
 void tst_SimModel::plugRefusesASecondDevice()
@@ -114,21 +108,19 @@ void tst_SimModel::plugRefusesASecondDevice()
     SimModelFixture fixture;
     fixture.plug(VESMORA_PID_RX1);
     QCOMPARE(fixture.plug(VESMORA_PID_RM, 1), SIM_ALREADY_EXISTS);
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_IDENTIFIER], VESMORA_PID_RX1);
+    QCOMPARE(fixture.state().values[VESMORA_SIM_IDENTIFIER], VESMORA_PID_RX1);
 }
 
 void tst_SimModel::pluggingInKeepsSettingsAndEmptiesTheMixer()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SET_BUFFER_SIZE, SimModelFixture::bytes(64u));
-    fixture.request(handle, VESMORA_STOP_AUDIO);
-    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
-    fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
+    OpenSimModelFixture fixture;
+    fixture.request(VESMORA_SET_BUFFER_SIZE, bytesOf(64u));
+    fixture.request(VESMORA_STOP_AUDIO);
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_OFF));
+    fixture.request(VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
     model_unplug(fixture.model(), 0);
     fixture.plug(VESMORA_PID_RM);
-    const VesmoraSimState state = stateOf(fixture);
+    const VesmoraSimState state = fixture.state();
     QCOMPARE(state.values[VESMORA_SIM_BUFFER_SIZE], 64u);
     QCOMPARE(state.values[VESMORA_SIM_ENGINE], 1u);
     QCOMPARE(state.values[VESMORA_SIM_OTG], 1u);
@@ -140,12 +132,9 @@ void tst_SimModel::pluggingInKeepsSettingsAndEmptiesTheMixer()
 
 void tst_SimModel::everyCommandSucceedsWithItsExactLengths()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
-        const SimCommand &command = sim_commands[i];
-        QCOMPARE(fixture.request(handle, command.code, inputOf(command), command.outputLength),
+    OpenSimModelFixture fixture;
+    for (const SimCommand &command : commands()) {
+        QCOMPARE(fixture.request(command.code, inputOf(command), command.outputLength),
                  SIM_SUCCESS);
         QCOMPARE(fixture.output.size(), qsizetype(command.outputLength));
     }
@@ -153,32 +142,26 @@ void tst_SimModel::everyCommandSucceedsWithItsExactLengths()
 
 void tst_SimModel::everyCommandRefusesAnotherInputLength()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
-        const SimCommand &command = sim_commands[i];
+    OpenSimModelFixture fixture;
+    for (const SimCommand &command : commands()) {
         const QByteArray input = inputOf(command);
-        QCOMPARE(fixture.request(handle, command.code, input + '\0', command.outputLength),
+        QCOMPARE(fixture.request(command.code, input + '\0', command.outputLength),
                  SIM_INFO_LENGTH_MISMATCH);
         QCOMPARE(fixture.output, QByteArray());
         if (!input.isEmpty())
-            QCOMPARE(fixture.request(handle, command.code, input.chopped(1), command.outputLength),
+            QCOMPARE(fixture.request(command.code, input.chopped(1), command.outputLength),
                      SIM_INFO_LENGTH_MISMATCH);
     }
 }
 
 void tst_SimModel::everyCommandRefusesAShorterOutput()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     int tried = 0;
-    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
-        const SimCommand &command = sim_commands[i];
+    for (const SimCommand &command : commands()) {
         if (command.outputLength == 0)
             continue;
-        QCOMPARE(fixture.request(handle, command.code, inputOf(command), command.outputLength - 1),
+        QCOMPARE(fixture.request(command.code, inputOf(command), command.outputLength - 1),
                  SIM_BUFFER_TOO_SMALL);
         ++tried;
     }
@@ -196,77 +179,65 @@ void tst_SimModel::aLongerOutputIsFilledOnlyAsFarAsTheReplyGoes()
 
 void tst_SimModel::unknownCodesAreRefused()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     for (const std::uint32_t code : {0u, VESMORA_CONTROL_CODE(0x809u), VESMORA_CONTROL_CODE(0x823u),
                                      VESMORA_GET_SAMPLE_RATE | 3u, VESMORA_SIM_UNPLUG}) {
-        QCOMPARE(fixture.request(handle, code), SIM_INVALID_DEVICE_REQUEST);
+        QCOMPARE(fixture.request(code), SIM_INVALID_DEVICE_REQUEST);
     }
-    QCOMPARE(stateOf(fixture).plugged, 1u);
+    QCOMPARE(fixture.state().plugged, 1u);
 }
 
 void tst_SimModel::settersAreReadBackByGetters()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     const std::pair<std::uint32_t, std::uint32_t> pairs[] = {
         {VESMORA_SET_SAMPLE_RATE, VESMORA_GET_SAMPLE_RATE},
         {VESMORA_SET_BUFFER_SIZE, VESMORA_GET_BUFFER_SIZE},
         {VESMORA_SET_USB_LATENCY, VESMORA_GET_USB_LATENCY}};
     for (const auto &[set, get] : pairs) {
-        QCOMPARE(fixture.request(handle, set, SimModelFixture::bytes(0xFEDCBA98u)), SIM_SUCCESS);
-        QCOMPARE(fixture.request(handle, get, {}, 4), SIM_SUCCESS);
+        QCOMPARE(fixture.request(set, bytesOf(0xFEDCBA98u)), SIM_SUCCESS);
+        QCOMPARE(fixture.request(get, {}, 4), SIM_SUCCESS);
         QCOMPARE(fixture.outputAs<std::uint32_t>(), 0xFEDCBA98u);
     }
-    fixture.request(handle, VESMORA_SET_WDM_CHANNEL_COUNT, SimModelFixture::bytes(4u));
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_WDM_CHANNELS], 4u);
+    fixture.request(VESMORA_SET_WDM_CHANNEL_COUNT, bytesOf(4u));
+    QCOMPARE(fixture.state().values[VESMORA_SIM_WDM_CHANNELS], 4u);
 }
 
 void tst_SimModel::engineCommandsSwitchTheEngine()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     for (const std::uint32_t start : {VESMORA_INIT_AUDIO, VESMORA_RESTART_AUDIO}) {
-        fixture.request(handle, VESMORA_STOP_AUDIO);
-        QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 0u);
-        fixture.request(handle, start);
-        QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 1u);
+        fixture.request(VESMORA_STOP_AUDIO);
+        QCOMPARE(fixture.state().values[VESMORA_SIM_ENGINE], 0u);
+        fixture.request(start);
+        QCOMPARE(fixture.state().values[VESMORA_SIM_ENGINE], 1u);
     }
 }
 
 void tst_SimModel::slowModeIsSwitched()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_ENABLE_USB_SLOW_MODE);
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_SLOW_MODE], 1u);
-    fixture.request(handle, VESMORA_DISABLE_USB_SLOW_MODE);
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_SLOW_MODE], 0u);
+    OpenSimModelFixture fixture;
+    fixture.request(VESMORA_ENABLE_USB_SLOW_MODE);
+    QCOMPARE(fixture.state().values[VESMORA_SIM_SLOW_MODE], 1u);
+    fixture.request(VESMORA_DISABLE_USB_SLOW_MODE);
+    QCOMPARE(fixture.state().values[VESMORA_SIM_SLOW_MODE], 0u);
 }
 
 void tst_SimModel::identifierAnswerCanBeChangedWithoutUnplugging()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     QCOMPARE(fixture.control(VESMORA_SIM_SET_VALUE, VesmoraSimSetting{VESMORA_SIM_IDENTIFIER, 0}),
              SIM_SUCCESS);
-    QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 4), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_GET_DEVICE_PID, {}, 4), SIM_SUCCESS);
     QCOMPARE(fixture.outputAs<std::uint32_t>(), 0u);
 }
 
 void tst_SimModel::metersAreAnsweredAsSet()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
+    OpenSimModelFixture fixture;
     const VesmoraSimMeter meters[] = {{0, INT32_MIN}, {191, INT32_MAX}, {2, -2}};
-    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, SimModelFixture::bytes(meters)), SIM_SUCCESS);
-    QCOMPARE(fixture.request(fixture.open(), VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord)),
-             SIM_SUCCESS);
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, bytesOf(meters)), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord)), SIM_SUCCESS);
     const auto record = fixture.outputAs<MeterRecord>();
     QCOMPARE(record.levels[0], INT32_MIN);
     QCOMPARE(record.levels[1], 0);
@@ -276,81 +247,67 @@ void tst_SimModel::metersAreAnsweredAsSet()
 
 void tst_SimModel::metersOutOfRangeChangeNothing()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
+    OpenSimModelFixture fixture;
     const VesmoraSimMeter meters[] = {{0, 1}, {192, 1}};
-    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, SimModelFixture::bytes(meters)),
-             SIM_INVALID_PARAMETER);
-    fixture.request(fixture.open(), VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord));
+    QCOMPARE(fixture.control(VESMORA_SIM_SET_METERS, bytesOf(meters)), SIM_INVALID_PARAMETER);
+    fixture.request(VESMORA_READ_METER_DATA, {}, sizeof(MeterRecord));
     QCOMPARE(fixture.outputAs<MeterRecord>().levels[0], 0);
 }
 
 void tst_SimModel::firmwareIsAnsweredWithZerosBehindIt()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    const QByteArray request = SimModelFixture::packet(VESMORA_OPCODE_FIRMWARE_VERSION);
-    fixture.request(handle, VESMORA_VENDOR_REQUEST, request, 32);
+    OpenSimModelFixture fixture;
+    const QByteArray request = packet(VESMORA_OPCODE_FIRMWARE_VERSION);
+    fixture.request(VESMORA_VENDOR_REQUEST, request, 32);
     QCOMPARE(fixture.output, QByteArray("2025093001") + QByteArray(22, '\0'));
     QCOMPARE(fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ")), SIM_SUCCESS);
-    fixture.request(handle, VESMORA_VENDOR_REQUEST, request, 32);
+    fixture.request(VESMORA_VENDOR_REQUEST, request, 32);
     QCOMPARE(fixture.output, QByteArray("ABCDEFGHIJ") + QByteArray(22, '\0'));
 }
 
 void tst_SimModel::mixerBlockIsKept()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
+    OpenSimModelFixture fixture;
     MixerBlock block{};
     block.matrix[64][3] = 0.1;
     block.outputGains[95] = -1e300;
-    fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, SimModelFixture::bytes(block));
-    fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof block);
-    QCOMPARE(fixture.output, SimModelFixture::bytes(block));
+    fixture.request(VESMORA_SEND_MIXER_BLOCK, bytesOf(block));
+    QCOMPARE(fixture.mixer(), bytesOf(block));
 }
 
 void tst_SimModel::aFailedMixerBlockIsNotTaken()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
+    OpenSimModelFixture fixture;
     fixture.fail(VESMORA_SEND_MIXER_BLOCK, 1);
     const QByteArray block(sizeof(MixerBlock), '\1');
-    QCOMPARE(fixture.request(fixture.open(), VESMORA_SEND_MIXER_BLOCK, block), SIM_UNSUCCESSFUL);
-    fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock));
-    QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
+    QCOMPARE(fixture.request(VESMORA_SEND_MIXER_BLOCK, block), SIM_UNSUCCESSFUL);
+    QCOMPARE(fixture.mixer(), QByteArray(sizeof(MixerBlock), '\0'));
 }
 
 void tst_SimModel::packetsAreKeptByOpcode()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    const QByteArray volume = SimModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, -10);
-    fixture.request(handle, VESMORA_SEND_PACKET,
-                    SimModelFixture::packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, 7));
-    fixture.request(handle, VESMORA_SEND_PACKET, volume);
-    fixture.request(handle, VESMORA_SEND_PACKET,
-                    SimModelFixture::packet(VESMORA_OPCODE_MIC_48V, 1, 2));
-    const VesmoraSimState state = stateOf(fixture);
+    OpenSimModelFixture fixture;
+    const QByteArray volume = packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, -10);
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_MIC_VOLUME, 2, 1, 7));
+    fixture.request(VESMORA_SEND_PACKET, volume);
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_MIC_48V, 1, 2));
+    const VesmoraSimState state = fixture.state();
     int kept = 0;
     for (const CommandPacket &packet : state.packets) {
         kept += packet.kind == VESMORA_PACKET_KIND;
         if (packet.opcode == VESMORA_OPCODE_MIC_VOLUME)
-            QCOMPARE(SimModelFixture::bytes(packet), volume);
+            QCOMPARE(bytesOf(packet), volume);
     }
     QCOMPARE(kept, 2);
 }
 
 void tst_SimModel::otgFollowsItsPackets()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 0u);
-    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_ON));
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 1u);
+    OpenSimModelFixture fixture;
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_OFF));
+    QCOMPARE(fixture.state().values[VESMORA_SIM_OTG], 0u);
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_ON));
+    QCOMPARE(fixture.state().values[VESMORA_SIM_OTG], 1u);
 }
 
 void tst_SimModel::badPacketsAreRefused_data()
@@ -360,7 +317,6 @@ void tst_SimModel::badPacketsAreRefused_data()
     QTest::addColumn<std::uint32_t>("status");
     const auto send = VESMORA_SEND_PACKET;
     const auto vendor = VESMORA_VENDOR_REQUEST;
-    const auto packet = SimModelFixture::packet;
     const auto with = [](QByteArray bytes, qsizetype index, char value) {
         bytes[index] = value;
         return bytes;
@@ -387,10 +343,9 @@ void tst_SimModel::badPacketsAreRefused()
     QFETCH(std::uint32_t, code);
     QFETCH(QByteArray, packet);
     QFETCH(std::uint32_t, status);
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    QCOMPARE(fixture.request(fixture.open(), code, packet, 32), status);
-    const VesmoraSimState state = stateOf(fixture);
+    OpenSimModelFixture fixture;
+    QCOMPARE(fixture.request(code, packet, 32), status);
+    const VesmoraSimState state = fixture.state();
     QCOMPARE(state.values[VESMORA_SIM_OTG], 1u);
     for (const CommandPacket &kept : state.packets)
         QCOMPARE(kept.kind, std::uint8_t(0));
@@ -398,138 +353,114 @@ void tst_SimModel::badPacketsAreRefused()
 
 void tst_SimModel::afterUnpluggingEveryCommandFailsAndIsRecorded()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     QCOMPARE(model_unplug(fixture.model(), 0), SIM_SUCCESS);
     fixture.control(VESMORA_SIM_CLEAR_RECORD);
-    for (std::uint32_t i = 0; i < sim_command_count; ++i) {
-        const SimCommand &command = sim_commands[i];
-        QCOMPARE(fixture.request(handle, command.code, inputOf(command), command.outputLength),
+    for (const SimCommand &command : commands()) {
+        QCOMPARE(fixture.request(command.code, inputOf(command), command.outputLength),
                  SIM_DEVICE_NOT_CONNECTED);
     }
-    QCOMPARE(stateOf(fixture).entries, sim_command_count);
+    QCOMPARE(fixture.state().entries, sim_command_count);
     SimHandle second{};
     QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &second), SIM_NO_SUCH_FILE);
 }
 
 void tst_SimModel::aHandleFromBeforeAReplugKeepsFailing()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle before = fixture.open();
+    OpenSimModelFixture fixture;
     model_unplug(fixture.model(), 0);
     fixture.plug(VESMORA_PID_RX1);
     const SimHandle after = fixture.open();
-    QCOMPARE(fixture.request(before, VESMORA_STOP_AUDIO), SIM_DEVICE_NOT_CONNECTED);
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 1u);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_DEVICE_NOT_CONNECTED);
+    QCOMPARE(fixture.state().values[VESMORA_SIM_ENGINE], 1u);
     QCOMPARE(fixture.request(after, VESMORA_STOP_AUDIO), SIM_SUCCESS);
 }
 
 void tst_SimModel::handlesAreCounted()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle first = fixture.open();
+    OpenSimModelFixture fixture;
     const SimHandle second = fixture.open();
-    QCOMPARE(first.id, 1u);
+    QCOMPARE(fixture.handle.id, 1u);
     QCOMPARE(second.id, 2u);
-    QCOMPARE(stateOf(fixture).openHandles, 2u);
+    QCOMPARE(fixture.state().openHandles, 2u);
     model_unplug(fixture.model(), 0);
-    QCOMPARE(stateOf(fixture).openHandles, 2u);
-    model_close(fixture.model(), &first, 0);
+    QCOMPARE(fixture.state().openHandles, 2u);
+    model_close(fixture.model(), &fixture.handle, 0);
     model_close(fixture.model(), &second, 0);
-    QCOMPARE(stateOf(fixture).openHandles, 0u);
+    QCOMPARE(fixture.state().openHandles, 0u);
 }
 
 void tst_SimModel::resetLeavesASaneDevice()
 {
-    SimModelFixture fixture;
+    OpenSimModelFixture fixture;
     SimModelFixture untouched;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
-    fixture.request(handle, VESMORA_SET_SAMPLE_RATE, SimModelFixture::bytes(96000u));
-    fixture.request(handle, VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
+    fixture.request(VESMORA_SET_SAMPLE_RATE, bytesOf(96000u));
+    fixture.request(VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
     fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ"));
     fixture.control(VESMORA_SIM_SET_METERS, VesmoraSimMeter{3, 3});
     fixture.control(VESMORA_SIM_SET_DELAY,
                     VesmoraSimDelay{VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 10});
     fixture.fail(VESMORA_STOP_AUDIO, 1);
-    model_close(fixture.model(), &handle, 0);
+    model_close(fixture.model(), &fixture.handle, 0);
     QCOMPARE(fixture.control(VESMORA_SIM_RESET), SIM_SUCCESS);
-    QCOMPARE(SimModelFixture::bytes(stateOf(fixture)), SimModelFixture::bytes(stateOf(untouched)));
+    QCOMPARE(bytesOf(fixture.state()), bytesOf(untouched.state()));
     QCOMPARE(std::memcmp(fixture.model()->meters, untouched.model()->meters,
                          sizeof untouched.model()->meters),
              0);
-    fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock));
-    QCOMPARE(fixture.output, QByteArray(sizeof(MixerBlock), '\0'));
+    QCOMPARE(fixture.mixer(), QByteArray(sizeof(MixerBlock), '\0'));
 }
 
 void tst_SimModel::theNthRequestFails()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 3, 1, SIM_ACCESS_DENIED), SIM_SUCCESS);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
-    QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_SUCCESS);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
-    fixture.request(handle, VESMORA_INIT_AUDIO);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_ACCESS_DENIED);
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_ENGINE], 1u);
-    QCOMPARE(stateOf(fixture).faults, 0u);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_INIT_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    fixture.request(VESMORA_INIT_AUDIO);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_ACCESS_DENIED);
+    QCOMPARE(fixture.state().values[VESMORA_SIM_ENGINE], 1u);
+    QCOMPARE(fixture.state().faults, 0u);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_SUCCESS);
 }
 
 void tst_SimModel::severalRequestsFailInARow()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     fixture.fail(VESMORA_GET_DEVICE_PID, 2, 3);
     for (const auto expected :
          {SIM_SUCCESS, SIM_UNSUCCESSFUL, SIM_UNSUCCESSFUL, SIM_UNSUCCESSFUL, SIM_SUCCESS}) {
-        QCOMPARE(fixture.request(handle, VESMORA_GET_DEVICE_PID, {}, 4), expected);
+        QCOMPARE(fixture.request(VESMORA_GET_DEVICE_PID, {}, 4), expected);
         QCOMPARE(fixture.output.size(), expected == SIM_SUCCESS ? 4 : 0);
     }
 }
 
 void tst_SimModel::failuresForEverEndWhenTheyAreCleared()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     fixture.fail(VESMORA_INIT_AUDIO, 1, VESMORA_SIM_FOR_EVER);
     for (int i = 0; i < 100; ++i)
-        QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_UNSUCCESSFUL);
+        QCOMPARE(fixture.request(VESMORA_INIT_AUDIO), SIM_UNSUCCESSFUL);
     QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_FAULTS), SIM_SUCCESS);
-    QCOMPARE(fixture.request(handle, VESMORA_INIT_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_INIT_AUDIO), SIM_SUCCESS);
 }
 
 void tst_SimModel::aFaultOfOneOpcodeSparesTheOthers()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     fixture.fail(VESMORA_SEND_PACKET, 1, 1, SIM_UNSUCCESSFUL, VESMORA_OPCODE_OTG_ON);
-    QCOMPARE(fixture.request(handle, VESMORA_SEND_PACKET,
-                             SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF)),
-             SIM_SUCCESS);
-    QCOMPARE(fixture.request(handle, VESMORA_SEND_PACKET,
-                             SimModelFixture::packet(VESMORA_OPCODE_OTG_ON)),
-             SIM_UNSUCCESSFUL);
-    QCOMPARE(stateOf(fixture).values[VESMORA_SIM_OTG], 0u);
+    QCOMPARE(fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_OFF)), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_ON)), SIM_UNSUCCESSFUL);
+    QCOMPARE(fixture.state().values[VESMORA_SIM_OTG], 0u);
 }
 
 void tst_SimModel::ofTwoFaultsTheEarlierDecidesAndBothAreUsedUp()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_ACCESS_DENIED);
     fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_UNSUCCESSFUL);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_ACCESS_DENIED);
-    QCOMPARE(fixture.request(handle, VESMORA_STOP_AUDIO), SIM_SUCCESS);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_ACCESS_DENIED);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_SUCCESS);
 }
 
 void tst_SimModel::aFailingOpenGivesNoHandle()
@@ -541,7 +472,7 @@ void tst_SimModel::aFailingOpenGivesNoHandle()
     SimHandle handle{};
     QCOMPARE(model_open(fixture.model(), 0, 0, 0, 0, &handle), SIM_ACCESS_DENIED);
     QCOMPARE(handle.id, 0u);
-    QCOMPARE(stateOf(fixture).openHandles, 1u);
+    QCOMPARE(fixture.state().openHandles, 1u);
     QCOMPARE(fixture.open().id, 2u);
 }
 
@@ -551,7 +482,7 @@ void tst_SimModel::faultsThatMakeNoSenseAreRefused()
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 0), SIM_INVALID_PARAMETER);
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1, 1, SIM_SUCCESS), SIM_INVALID_PARAMETER);
     QCOMPARE(fixture.fail(VESMORA_STOP_AUDIO, 1, 1, 0x40000000u), SIM_INVALID_PARAMETER);
-    QCOMPARE(stateOf(fixture).faults, 0u);
+    QCOMPARE(fixture.state().faults, 0u);
 }
 
 void tst_SimModel::noMoreFaultsThanThereIsRoomFor()
@@ -564,41 +495,37 @@ void tst_SimModel::noMoreFaultsThanThereIsRoomFor()
 
 void tst_SimModel::anUnpluggedDeviceCountsNoRequests()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle before = fixture.open();
+    OpenSimModelFixture fixture;
     fixture.fail(VESMORA_STOP_AUDIO, 1);
     model_unplug(fixture.model(), 0);
-    QCOMPARE(fixture.request(before, VESMORA_STOP_AUDIO), SIM_DEVICE_NOT_CONNECTED);
+    QCOMPARE(fixture.request(VESMORA_STOP_AUDIO), SIM_DEVICE_NOT_CONNECTED);
     fixture.plug(VESMORA_PID_RX1);
     QCOMPARE(fixture.request(fixture.open(), VESMORA_STOP_AUDIO), SIM_UNSUCCESSFUL);
 }
 
 void tst_SimModel::delaysAreReportedPerCodeAndOpcode()
 {
-    SimModelFixture fixture;
-    fixture.plug(VESMORA_PID_RX1);
-    const SimHandle handle = fixture.open();
+    OpenSimModelFixture fixture;
     const auto setDelay = [&](std::uint32_t code, std::uint32_t opcode, std::uint32_t time) {
         return fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{code, opcode, time});
     };
     QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 100), SIM_SUCCESS);
     QCOMPARE(setDelay(VESMORA_SEND_PACKET, VESMORA_OPCODE_OTG_ON, 250), SIM_SUCCESS);
-    fixture.request(handle, VESMORA_STOP_AUDIO);
+    fixture.request(VESMORA_STOP_AUDIO);
     QCOMPARE(fixture.delay, 100u);
-    fixture.request(handle, VESMORA_INIT_AUDIO);
+    fixture.request(VESMORA_INIT_AUDIO);
     QCOMPARE(fixture.delay, 0u);
-    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_ON));
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_ON));
     QCOMPARE(fixture.delay, 250u);
-    fixture.request(handle, VESMORA_SEND_PACKET, SimModelFixture::packet(VESMORA_OPCODE_OTG_OFF));
+    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_OFF));
     QCOMPARE(fixture.delay, 0u);
 
     QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 0), SIM_SUCCESS);
-    fixture.request(handle, VESMORA_STOP_AUDIO);
+    fixture.request(VESMORA_STOP_AUDIO);
     QCOMPARE(fixture.delay, 0u);
-    QCOMPARE(stateOf(fixture).delays, 1u);
+    QCOMPARE(fixture.state().delays, 1u);
     QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_FAULTS), SIM_SUCCESS);
-    QCOMPARE(stateOf(fixture).delays, 0u);
+    QCOMPARE(fixture.state().delays, 0u);
 }
 
 void tst_SimModel::delaysThatMakeNoSenseAreRefused()
@@ -633,8 +560,7 @@ void tst_SimModel::controlChecksItsLengths()
              SIM_BUFFER_TOO_SMALL);
     QCOMPARE(fixture.control(VESMORA_SIM_READ_MIXER, {}, sizeof(MixerBlock) - 1),
              SIM_BUFFER_TOO_SMALL);
-    QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, SimModelFixture::bytes(1u), 7),
-             SIM_BUFFER_TOO_SMALL);
+    QCOMPARE(fixture.control(VESMORA_SIM_READ_RECORD, bytesOf(1u), 7), SIM_BUFFER_TOO_SMALL);
 }
 
 void tst_SimModel::unknownControlCodesAreRefused()
