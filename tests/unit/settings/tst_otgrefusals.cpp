@@ -1,5 +1,5 @@
 #include "enginefixture.h"
-#include "scripteddriver.h"
+#include "refusingdriver.h"
 
 namespace {
 
@@ -60,22 +60,22 @@ void tst_OtgRefusals::refusals()
     QFETCH(QStringList, sent);
     QFETCH(QStringList, log);
     openEngine();
-    scripteddriver::reset();
+    refusingdriver::reset();
     for (const QString &command : refused)
-        scripteddriver::refuse(command);
+        refusingdriver::refuseAll(command);
 
     if (isStart)
         engine().start(44100);
     else
         choose("SampleRate", "48000");
-    QCOMPARE(scripteddriver::takeCommands().filter("Otg"), QStringList());
+    QCOMPARE(refusingdriver::takeCommands().filter("Otg"), QStringList());
     // The change is saved before the chip is touched.
     const QStringList entries = isStart ? QStringList{} : QStringList{"SampleRate=48000"};
     QCOMPARE(kept(), entries);
     takeLog();
 
     finishOtgCycles();
-    QCOMPARE(scripteddriver::takeCommands(), sent);
+    QCOMPARE(refusingdriver::takeCommands(), sent);
     QCOMPARE(takeLog(), log);
     QCOMPARE(kept(), entries);
 }

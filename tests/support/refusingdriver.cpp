@@ -4,6 +4,8 @@
 
 #include <QMap>
 
+#include <utility>
+
 namespace {
 
 QStringList commands;
@@ -65,6 +67,69 @@ bool VesmoraIoControl::openDevice()
     return answer("open");
 }
 
+std::uint32_t VesmoraIoControl::getSampleRate()
+{
+    answer("getSampleRate");
+    return 44100;
+}
+
+bool VesmoraIoControl::setSampleRate(std::uint32_t rate)
+{
+    return answer("setSampleRate", rate);
+}
+
+bool VesmoraIoControl::getBufferSize(std::uint32_t &out)
+{
+    out = 192;
+    return answer("getBufferSize");
+}
+
+bool VesmoraIoControl::setBufferSize(std::uint32_t samples)
+{
+    return answer("setBufferSize", samples);
+}
+
+bool VesmoraIoControl::getUsbLatency(std::uint32_t &out)
+{
+    out = 8;
+    return answer("getUsbLatency");
+}
+
+bool VesmoraIoControl::setUsbLatency(std::uint32_t frames)
+{
+    return answer("setUsbLatency", frames);
+}
+
+bool VesmoraIoControl::setWdmChannelCount(std::uint32_t channels)
+{
+    return answer("setWdmChannelCount", channels);
+}
+
+bool VesmoraIoControl::stopAudio()
+{
+    return answer("stopAudio");
+}
+
+bool VesmoraIoControl::initAudio()
+{
+    return answer("initAudio");
+}
+
+bool VesmoraIoControl::restartAudio()
+{
+    return answer("restartAudio");
+}
+
+bool VesmoraIoControl::enableUsbSlowMode()
+{
+    return answer("enableUsbSlowMode");
+}
+
+bool VesmoraIoControl::disableUsbSlowMode()
+{
+    return answer("disableUsbSlowMode");
+}
+
 bool VesmoraIoControl::sendMixerBlock(const MixerBlock &)
 {
     return answer("sendMixerBlock");
@@ -98,6 +163,16 @@ bool VesmoraIoControl::setMic48V(std::uint8_t channel, std::uint8_t state)
 bool VesmoraIoControl::switchMicInstruction(std::uint8_t channel, std::uint8_t state)
 {
     return answer("switchMicInstruction", channel, state);
+}
+
+bool VesmoraIoControl::setOtgOff()
+{
+    return answer("setOtgOff");
+}
+
+bool VesmoraIoControl::setOtgOn()
+{
+    return answer("setOtgOn");
 }
 
 double VesmoraIoControl::dbToGain(double)
