@@ -27,6 +27,12 @@ bool FakeConnection::sendReply(std::uint32_t error, const QByteArray &bytes)
     return send(QByteArray(reinterpret_cast<const char *>(&reply), sizeof reply) + bytes);
 }
 
+bool FakeConnection::answer(std::uint32_t error, const QByteArray &bytes)
+{
+    receiveRecord<deviceprotocol::IoRequest>();
+    return sendReply(error, bytes);
+}
+
 deviceprotocol::OpenRequest FakeConnection::greet(std::uint32_t error)
 {
     const auto request = receiveRecord<deviceprotocol::OpenRequest>();

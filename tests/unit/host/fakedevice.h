@@ -29,6 +29,8 @@ public:
     }
     bool send(const QByteArray &bytes);
     bool sendReply(std::uint32_t error, const QByteArray &bytes = {});
+    /// Takes a request without input and answers it.
+    bool answer(std::uint32_t error = 0, const QByteArray &bytes = {});
 
     /// Answers the open request with @p error.
     deviceprotocol::OpenRequest greet(std::uint32_t error = 0);

@@ -1,6 +1,5 @@
+#include "failure.h"
 #include "fakedevice.h"
-
-#include <windows.h>
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -14,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -98,6 +98,7 @@ private:
     void serve(FakeDevice::Script script);
     /// Opens a device that plays @p script after the greeting.
     void openServed(FakeDevice::Script script);
+    BOOL closeDevice() { return CloseHandle(std::exchange(m_handle, INVALID_HANDLE_VALUE)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<FakeDevice> m_device;
@@ -114,8 +115,7 @@ void tst_DeviceFiles::init()
 void tst_DeviceFiles::cleanup()
 {
     if (m_handle != INVALID_HANDLE_VALUE)
-        CloseHandle(m_handle);
-    m_handle = INVALID_HANDLE_VALUE;
+        closeDevice();
     m_device.reset();
     m_folder.reset();
 }
@@ -137,8 +137,7 @@ void tst_DeviceFiles::openServed(FakeDevice::Script script)
 
 void tst_DeviceFiles::aMissingDeviceIsNotFound()
 {
-    QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
+    QCOMPARE(failureOf(open(devicePath)), ERROR_FILE_NOT_FOUND);
 }
 
 void tst_DeviceFiles::aSocketThatNobodyServesIsNotFound()
@@ -146,16 +145,14 @@ void tst_DeviceFiles::aSocketThatNobodyServesIsNotFound()
     serve([](FakeConnection &) {});
     m_device.reset();
     QVERIFY(QFileInfo::exists(m_folder->filePath("Device")));
-    QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
+    QCOMPARE(failureOf(open(devicePath)), ERROR_FILE_NOT_FOUND);
 }
 
 void tst_DeviceFiles::aFolderOpenToOthersIsDenied()
 {
     serve([](FakeConnection &connection) { connection.greet(); });
     QCOMPARE(chmod(m_folder->path().toLocal8Bit().constData(), 0755), 0);
-    QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
+    QCOMPARE(failureOf(open(devicePath)), ERROR_ACCESS_DENIED);
 }
 
 void tst_DeviceFiles::aPathThatIsNoDeviceIsRefused_data()
@@ -180,18 +177,16 @@ void tst_DeviceFiles::aPathThatIsNoDeviceIsRefused()
 {
     QFETCH(QString, path);
     QFETCH(DWORD, error);
-    QCOMPARE(open(path.toStdWString().c_str()), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), error);
+    QCOMPARE(failureOf(open(path.toStdWString().c_str())), error);
 }
 
 void tst_DeviceFiles::onlyAPlainOpenIsSupported()
 {
     constexpr DWORD createAlways = 2;
     serve([](FakeConnection &connection) { connection.greet(); });
-    QCOMPARE(open(devicePath, OPEN_EXISTING, FILE_FLAG_OVERLAPPED), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_INVALID_PARAMETER);
-    QCOMPARE(open(devicePath, createAlways), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_INVALID_PARAMETER);
+    QCOMPARE(failureOf(open(devicePath, OPEN_EXISTING, FILE_FLAG_OVERLAPPED)),
+             ERROR_INVALID_PARAMETER);
+    QCOMPARE(failureOf(open(devicePath, createAlways)), ERROR_INVALID_PARAMETER);
     m_handle = open(devicePath, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
     QVERIFY(m_handle != INVALID_HANDLE_VALUE);
 }
@@ -224,23 +219,20 @@ void tst_DeviceFiles::theOpenRequestCarriesTheArguments()
 void tst_DeviceFiles::aRefusedOpenGivesTheDevicesError()
 {
     serve([](FakeConnection &connection) { connection.greet(ERROR_ACCESS_DENIED); });
-    QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
+    QCOMPARE(failureOf(open(devicePath)), ERROR_ACCESS_DENIED);
 }
 
 void tst_DeviceFiles::aDeviceThatLeavesDuringTheOpenIsNotConnected()
 {
     serve([](FakeConnection &) {});
-    QCOMPARE(open(devicePath), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_DEVICE_NOT_CONNECTED);
+    QCOMPARE(failureOf(open(devicePath)), ERROR_DEVICE_NOT_CONNECTED);
 }
 
 void tst_DeviceFiles::openHandlesAreIndependent()
 {
     const auto answerOnce = [](FakeConnection &connection) {
         connection.greet();
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0);
+        connection.answer();
     };
     serve(answerOnce);
     m_handle = open(devicePath);
@@ -249,8 +241,7 @@ void tst_DeviceFiles::openHandlesAreIndependent()
     QVERIFY(second != INVALID_HANDLE_VALUE);
     QVERIFY(m_handle != second);
     QVERIFY(request(m_handle, 1, {}).ok);
-    QVERIFY(CloseHandle(m_handle));
-    m_handle = INVALID_HANDLE_VALUE;
+    QVERIFY(closeDevice());
     QVERIFY(request(second, 1, {}).ok);
     QVERIFY(CloseHandle(second));
 }
@@ -288,10 +279,7 @@ void tst_DeviceFiles::aRequestMayCarryNothing()
 
 void tst_DeviceFiles::theReplyIsCopied()
 {
-    openServed([](FakeConnection &connection) {
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0, "1234");
-    });
+    openServed([](FakeConnection &connection) { connection.answer(0, "1234"); });
     QByteArray output(4, '\0');
     const Outcome result = request(m_handle, 1, {}, &output);
     QVERIFY(result.ok);
@@ -301,10 +289,7 @@ void tst_DeviceFiles::theReplyIsCopied()
 
 void tst_DeviceFiles::aShortReplyLeavesTheRestAlone()
 {
-    openServed([](FakeConnection &connection) {
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0, "12");
-    });
+    openServed([](FakeConnection &connection) { connection.answer(0, "12"); });
     QByteArray output(4, '-');
     QCOMPARE(request(m_handle, 1, {}, &output).returned, 2u);
     QCOMPARE(output, QByteArray("12--"));
@@ -344,10 +329,8 @@ void tst_DeviceFiles::aLargeRequestAndReplyPass()
 void tst_DeviceFiles::anErrorLeavesTheOutputAlone()
 {
     openServed([](FakeConnection &connection) {
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(ERROR_GEN_FAILURE, "12");
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0, "34");
+        connection.answer(ERROR_GEN_FAILURE, "12");
+        connection.answer(0, "34");
     });
     QByteArray output(4, '-');
     const Outcome result = request(m_handle, 1, {}, &output);
@@ -361,10 +344,8 @@ void tst_DeviceFiles::anErrorLeavesTheOutputAlone()
 void tst_DeviceFiles::aReplyLongerThanAskedForIsAProtocolError()
 {
     openServed([](FakeConnection &connection) {
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0, "12345");
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0, "1234");
+        connection.answer(0, "12345");
+        connection.answer(0, "1234");
     });
     QByteArray output(4, '-');
     QVERIFY(request(m_handle, 1, {}, &output).failedWith(ERROR_IO_DEVICE));
@@ -378,8 +359,7 @@ void tst_DeviceFiles::aDeviceThatLeavesIsNotConnected()
         [](FakeConnection &connection) { connection.receiveRecord<deviceprotocol::IoRequest>(); });
     QVERIFY(request(m_handle, 1, {}).failedWith(ERROR_DEVICE_NOT_CONNECTED));
     QVERIFY(request(m_handle, 1, QByteArray(100000, 'x')).failedWith(ERROR_DEVICE_NOT_CONNECTED));
-    QVERIFY(CloseHandle(m_handle));
-    m_handle = INVALID_HANDLE_VALUE;
+    QVERIFY(closeDevice());
 }
 
 void tst_DeviceFiles::aDeviceThatLeavesWithinItsReplyIsNotConnected()
@@ -399,12 +379,12 @@ void tst_DeviceFiles::missingBuffersAreRefused()
     openServed([](FakeConnection &) {});
     DWORD returned = 0;
     char byte = 0;
-    QVERIFY(!DeviceIoControl(m_handle, 1, nullptr, 0, nullptr, 0, nullptr, nullptr));
-    QCOMPARE(GetLastError(), ERROR_NOACCESS);
-    QVERIFY(!DeviceIoControl(m_handle, 1, nullptr, 1, nullptr, 0, &returned, nullptr));
-    QCOMPARE(GetLastError(), ERROR_NOACCESS);
-    QVERIFY(!DeviceIoControl(m_handle, 1, &byte, 1, nullptr, 1, &returned, nullptr));
-    QCOMPARE(GetLastError(), ERROR_NOACCESS);
+    QCOMPARE(failureOf(DeviceIoControl(m_handle, 1, nullptr, 0, nullptr, 0, nullptr, nullptr)),
+             ERROR_NOACCESS);
+    QCOMPARE(failureOf(DeviceIoControl(m_handle, 1, nullptr, 1, nullptr, 0, &returned, nullptr)),
+             ERROR_NOACCESS);
+    QCOMPARE(failureOf(DeviceIoControl(m_handle, 1, &byte, 1, nullptr, 1, &returned, nullptr)),
+             ERROR_NOACCESS);
 }
 
 void tst_DeviceFiles::aDeviceKnowsNoOtherOperations()
@@ -412,26 +392,18 @@ void tst_DeviceFiles::aDeviceKnowsNoOtherOperations()
     openServed([](FakeConnection &) {});
     DWORD count = 0;
     char byte = 0;
-    QVERIFY(!ReadFile(m_handle, &byte, 1, &count, nullptr));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
-    QVERIFY(!WriteFile(m_handle, &byte, 1, &count, nullptr));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
-    QVERIFY(!ConnectNamedPipe(m_handle, nullptr));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
-    QVERIFY(!DisconnectNamedPipe(m_handle));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
+    QCOMPARE(failureOf(ReadFile(m_handle, &byte, 1, &count, nullptr)), ERROR_INVALID_FUNCTION);
+    QCOMPARE(failureOf(WriteFile(m_handle, &byte, 1, &count, nullptr)), ERROR_INVALID_FUNCTION);
+    QCOMPARE(failureOf(ConnectNamedPipe(m_handle, nullptr)), ERROR_INVALID_FUNCTION);
+    QCOMPARE(failureOf(DisconnectNamedPipe(m_handle)), ERROR_INVALID_FUNCTION);
 }
 
 void tst_DeviceFiles::successLeavesTheLastErrorAlone()
 {
-    openServed([](FakeConnection &connection) {
-        connection.receiveRecord<deviceprotocol::IoRequest>();
-        connection.sendReply(0);
-    });
+    openServed([](FakeConnection &connection) { connection.answer(); });
     QCOMPARE(GetLastError(), untouched);
     QCOMPARE(request(m_handle, 1, {}).error, untouched);
-    QVERIFY(CloseHandle(m_handle));
-    m_handle = INVALID_HANDLE_VALUE;
+    QVERIFY(closeDevice());
     QCOMPARE(GetLastError(), untouched);
 }
 
@@ -465,8 +437,7 @@ void tst_DeviceFiles::aClosedHandleIsUnknown()
     QVERIFY(request(m_handle, 1, {}).failedWith(ERROR_INVALID_HANDLE));
     QVERIFY(request(nullptr, 1, {}).failedWith(ERROR_INVALID_HANDLE));
     QVERIFY(request(INVALID_HANDLE_VALUE, 1, {}).failedWith(ERROR_INVALID_HANDLE));
-    QVERIFY(!CloseHandle(m_handle));
-    QCOMPARE(GetLastError(), ERROR_INVALID_HANDLE);
+    QCOMPARE(failureOf(CloseHandle(m_handle)), ERROR_INVALID_HANDLE);
     m_handle = INVALID_HANDLE_VALUE;
 }
 

@@ -1,4 +1,4 @@
-#include <windows.h>
+#include "failure.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -37,6 +37,23 @@ HANDLE openPipeWhenFree()
     }
     return client;
 }
+
+/// A pipe and a client of it.
+class Connection
+{
+public:
+    Connection() = default;
+    ~Connection()
+    {
+        QVERIFY(CloseHandle(client));
+        QVERIFY(CloseHandle(server));
+    }
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    const HANDLE server = createPipe();
+    const HANDLE client = openPipe();
+};
 
 /// A process with a pipe of its own, which is killed without a chance to tidy up.
 class ServerProcess
@@ -123,8 +140,7 @@ void tst_HostPipes::aPipeEndsWithItsServersProcess()
     ServerProcess server(false);
     QVERIFY(server.isReady());
     server.kill();
-    QCOMPARE(openPipe(), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_FILE_NOT_FOUND);
+    QCOMPARE(failureOf(openPipe()), ERROR_FILE_NOT_FOUND);
 }
 
 void tst_HostPipes::aClientOfADeadServerReadsABrokenPipe()
@@ -136,10 +152,8 @@ void tst_HostPipes::aClientOfADeadServerReadsABrokenPipe()
     server.kill();
     char byte = 0;
     DWORD count = 0;
-    QVERIFY(!ReadFile(client, &byte, 1, &count, nullptr));
-    QCOMPARE(GetLastError(), ERROR_BROKEN_PIPE);
-    QVERIFY(!WriteFile(client, &byte, 1, &count, nullptr));
-    QCOMPARE(GetLastError(), ERROR_NO_DATA);
+    QCOMPARE(failureOf(ReadFile(client, &byte, 1, &count, nullptr)), ERROR_BROKEN_PIPE);
+    QCOMPARE(failureOf(WriteFile(client, &byte, 1, &count, nullptr)), ERROR_NO_DATA);
     QVERIFY(CloseHandle(client));
 }
 
@@ -160,8 +174,7 @@ void tst_HostPipes::aBusyPipeOfAnotherProcessIsBusyHere()
 {
     ServerProcess server(true);
     QVERIFY(server.isReady());
-    QCOMPARE(openPipe(), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_PIPE_BUSY);
+    QCOMPARE(failureOf(openPipe()), ERROR_PIPE_BUSY);
 }
 
 void tst_HostPipes::unsupportedModesAreRefused_data()
@@ -192,9 +205,8 @@ void tst_HostPipes::unsupportedModesAreRefused()
     QFETCH(DWORD, pipeMode);
     QFETCH(DWORD, instances);
     QFETCH(DWORD, error);
-    QCOMPARE(createPipe(path.toStdWString().c_str(), openMode, pipeMode, instances),
-             INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), error);
+    QCOMPARE(failureOf(createPipe(path.toStdWString().c_str(), openMode, pipeMode, instances)),
+             error);
 }
 
 void tst_HostPipes::thereAreAtMost255Instances()
@@ -204,8 +216,7 @@ void tst_HostPipes::thereAreAtMost255Instances()
         instances.push_back(createPipe());
         QVERIFY(instances.back() != INVALID_HANDLE_VALUE);
     }
-    QCOMPARE(createPipe(), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_PIPE_BUSY);
+    QCOMPARE(failureOf(createPipe()), ERROR_PIPE_BUSY);
     for (const HANDLE instance : instances)
         QVERIFY(CloseHandle(instance));
 }
@@ -214,85 +225,71 @@ void tst_HostPipes::aFolderOpenToOthersIsDenied()
 {
     QVERIFY(QFile::setPermissions(m_folder->path(),
                                   QFile::permissions(m_folder->path()) | QFile::ReadOther));
-    QCOMPARE(createPipe(), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
-    QCOMPARE(openPipe(), INVALID_HANDLE_VALUE);
-    QCOMPARE(GetLastError(), ERROR_ACCESS_DENIED);
+    QCOMPARE(failureOf(createPipe()), ERROR_ACCESS_DENIED);
+    QCOMPARE(failureOf(openPipe()), ERROR_ACCESS_DENIED);
 }
 
 void tst_HostPipes::cancellingWithNothingPendingFindsNothing()
 {
     const HANDLE server = createPipe();
-    QVERIFY(!CancelIoEx(server, nullptr));
-    QCOMPARE(GetLastError(), ERROR_NOT_FOUND);
+    QCOMPARE(failureOf(CancelIoEx(server, nullptr)), ERROR_NOT_FOUND);
     // Nor does it do anything to the call after it.
     const HANDLE client = openPipe();
-    QVERIFY(!ConnectNamedPipe(server, nullptr));
-    QCOMPARE(GetLastError(), ERROR_PIPE_CONNECTED);
+    QCOMPARE(failureOf(ConnectNamedPipe(server, nullptr)), ERROR_PIPE_CONNECTED);
     QVERIFY(CloseHandle(client));
     QVERIFY(CloseHandle(server));
 }
 
 void tst_HostPipes::aTooLongMessageIsRefused()
 {
-    const HANDLE server = createPipe();
-    const HANDLE client = openPipe();
+    const Connection pipe;
     DWORD count = 0;
     const std::string longest(131072, 'x');
-    QVERIFY(!WriteFile(client, (longest + 'x').data(), static_cast<DWORD>(longest.size() + 1),
-                       &count, nullptr));
-    QCOMPARE(GetLastError(), ERROR_NOT_ENOUGH_QUOTA);
-    QVERIFY(WriteFile(client, longest.data(), static_cast<DWORD>(longest.size()), &count, nullptr));
+    QCOMPARE(failureOf(WriteFile(pipe.client, (longest + 'x').data(),
+                                 static_cast<DWORD>(longest.size() + 1), &count, nullptr)),
+             ERROR_NOT_ENOUGH_QUOTA);
+    QVERIFY(WriteFile(pipe.client, longest.data(), static_cast<DWORD>(longest.size()), &count,
+                      nullptr));
     QCOMPARE(count, static_cast<DWORD>(longest.size()));
     std::string received(longest.size(), '\0');
-    QVERIFY(
-        ReadFile(server, received.data(), static_cast<DWORD>(received.size()), &count, nullptr));
+    QVERIFY(ReadFile(pipe.server, received.data(), static_cast<DWORD>(received.size()), &count,
+                     nullptr));
     QVERIFY(received == longest);
-    QVERIFY(CloseHandle(client));
-    QVERIFY(CloseHandle(server));
 }
 
 void tst_HostPipes::aWriteWaitsForRoomAndCanBeCancelled()
 {
-    const HANDLE server = createPipe();
-    const HANDLE client = openPipe();
+    const Connection pipe;
     const std::string message(60000, 'x');
     std::future<DWORD> filled = std::async(std::launch::async, [&] {
         DWORD count = 0;
-        while (WriteFile(client, message.data(), static_cast<DWORD>(message.size()), &count,
+        while (WriteFile(pipe.client, message.data(), static_cast<DWORD>(message.size()), &count,
                          nullptr)) { }
         return GetLastError();
     });
-    QVERIFY(QTest::qWaitFor([&] { return CancelIoEx(client, nullptr) != FALSE; }));
+    QVERIFY(QTest::qWaitFor([&] { return CancelIoEx(pipe.client, nullptr) != FALSE; }));
     QCOMPARE(filled.get(), ERROR_OPERATION_ABORTED);
 
     std::string received(message.size(), '\0');
     DWORD count = 0;
-    QVERIFY(
-        ReadFile(server, received.data(), static_cast<DWORD>(received.size()), &count, nullptr));
+    QVERIFY(ReadFile(pipe.server, received.data(), static_cast<DWORD>(received.size()), &count,
+                     nullptr));
     QVERIFY(received == message);
-    QVERIFY(CloseHandle(client));
-    QVERIFY(CloseHandle(server));
 }
 
 void tst_HostPipes::aClientIsNoServer()
 {
-    const HANDLE server = createPipe();
-    const HANDLE client = openPipe();
-    QVERIFY(!ConnectNamedPipe(client, nullptr));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
-    QVERIFY(!DisconnectNamedPipe(client));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
-    QVERIFY(CloseHandle(client));
-    QVERIFY(CloseHandle(server));
+    const Connection pipe;
+    QCOMPARE(failureOf(ConnectNamedPipe(pipe.client, nullptr)), ERROR_INVALID_FUNCTION);
+    QCOMPARE(failureOf(DisconnectNamedPipe(pipe.client)), ERROR_INVALID_FUNCTION);
 }
 
 void tst_HostPipes::pipesAreNoDevices()
 {
     const HANDLE server = createPipe();
     DWORD returned = 0;
-    QVERIFY(!DeviceIoControl(server, 1, nullptr, 0, nullptr, 0, &returned, nullptr));
-    QCOMPARE(GetLastError(), ERROR_INVALID_FUNCTION);
+    QCOMPARE(failureOf(DeviceIoControl(server, 1, nullptr, 0, nullptr, 0, &returned, nullptr)),
+             ERROR_INVALID_FUNCTION);
     QVERIFY(CloseHandle(server));
 }
 
@@ -322,21 +319,19 @@ void tst_HostPipes::closingWhileAnotherThreadWaitsIsSafe()
     user.join();
     closer.join();
     QVERIFY(error == ERROR_SUCCESS || error == ERROR_INVALID_HANDLE);
-    QVERIFY(!ReadFile(client, &count, 1, &count, nullptr));
-    QCOMPARE(GetLastError(), ERROR_BROKEN_PIPE);
+    QCOMPARE(failureOf(ReadFile(client, &count, 1, &count, nullptr)), ERROR_BROKEN_PIPE);
     QVERIFY(CloseHandle(client));
 }
 
 void tst_HostPipes::manyThreadsMayUseOneHandle()
 {
     constexpr DWORD messages = 300;
-    const HANDLE server = createPipe();
-    const HANDLE client = openPipe();
+    const Connection pipe;
     const auto writeAll = [&] {
         DWORD count = 0;
         DWORD good = 0;
         for (DWORD message = 0; message < messages; ++message)
-            good += WriteFile(client, "message", 7, &count, nullptr) ? 1u : 0u;
+            good += WriteFile(pipe.client, "message", 7, &count, nullptr) ? 1u : 0u;
         return good;
     };
     const auto readAll = [&] {
@@ -344,8 +339,9 @@ void tst_HostPipes::manyThreadsMayUseOneHandle()
         DWORD count = 0;
         DWORD good = 0;
         for (DWORD message = 0; message < messages; ++message)
-            good +=
-                ReadFile(server, buffer, sizeof buffer, &count, nullptr) && count == 7 ? 1u : 0u;
+            good += ReadFile(pipe.server, buffer, sizeof buffer, &count, nullptr) && count == 7
+                ? 1u
+                : 0u;
         return good;
     };
     std::future<DWORD> writers[] = {std::async(std::launch::async, writeAll),
@@ -356,8 +352,6 @@ void tst_HostPipes::manyThreadsMayUseOneHandle()
         QCOMPARE(writer.get(), messages);
     for (std::future<DWORD> &reader : readers)
         QCOMPARE(reader.get(), messages);
-    QVERIFY(CloseHandle(client));
-    QVERIFY(CloseHandle(server));
 }
 
 QTEST_GUILESS_MAIN(tst_HostPipes)
