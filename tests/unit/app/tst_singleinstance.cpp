@@ -1,5 +1,6 @@
 #include "logcapture.h"
 #include "singleinstance.h"
+#include "waysout.h"
 
 #include <QSharedMemory>
 #include <QSystemSemaphore>
@@ -23,7 +24,7 @@ private slots:
     void aMarkerThatCannotBeMadeEndsWithMinusOne();
     void theMarkGoesWithTheFirstCopy();
     void ofCopiesThatStartTogetherOneGoesOn();
-    void theSemaphoreIsFreeAfterEachWayOut_data();
+    void theSemaphoreIsFreeAfterEachWayOut_data() { addWaysOut(); }
     void theSemaphoreIsFreeAfterEachWayOut();
 
 private:
@@ -109,25 +110,11 @@ void tst_SingleInstance::ofCopiesThatStartTogetherOneGoesOn()
     QCOMPARE(log.lines(), QStringList(copies - 1, "Vesmora Mixer 已经在运行中。"));
 }
 
-void tst_SingleInstance::theSemaphoreIsFreeAfterEachWayOut_data()
-{
-    QTest::addColumn<bool>("isTaken");
-    QTest::addColumn<bool>("hasName");
-    QTest::newRow("first copy") << false << true;
-    QTest::newRow("second copy") << true << true;
-    QTest::newRow("no marker") << false << false;
-}
-
 void tst_SingleInstance::theSemaphoreIsFreeAfterEachWayOut()
 {
-    QFETCH(bool, isTaken);
-    QFETCH(bool, hasName);
     QSystemSemaphore semaphore(m_semaphoreKey, 1, QSystemSemaphore::Open);
-    QSharedMemory running(m_markerKey);
-    QVERIFY(!isTaken || running.create(1));
-    QSharedMemory marker(hasName ? m_markerKey : QString());
     LogCapture log;
-    claimSingleInstance(semaphore, marker);
+    takeWayOut(semaphore, m_markerKey);
 
     std::atomic<bool> acquired = false;
     std::thread next([this, &acquired] {

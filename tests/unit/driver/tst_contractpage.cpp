@@ -92,60 +92,38 @@ void tst_ContractPage::aWrongNumberOnThePageIsNoticed_data()
 {
     QTest::addColumn<QString>("right");
     QTest::addColumn<QString>("wrong");
-    QTest::newRow("code") << "0xFFDC2074"
-                          << "0xFFDC2078";
-    QTest::newRow("function") << "| 0x81D |"
-                              << "| 0x81E |";
-    QTest::newRow("input length") << "| 66304 | 0 |"
-                                  << "| 66304 | 4 |";
-    QTest::newRow("output length") << "| 0 | 768 |"
-                                   << "| 0 | 192 |";
-    QTest::newRow("constant") << "`VESMORA_PID_RM` | 15 |"
-                              << "`VESMORA_PID_RM` | 3 |";
-    QTest::newRow("opcode") << "| 0x5A |"
-                            << "| 0x5B |";
-    QTest::newRow("packet kind") << "| `01 60"
-                                 << "| `02 60";
-    QTest::newRow("packet value") << "F6 FF`"
-                                  << "FF F6`";
-    QTest::newRow("packet length") << "`01 65 00 00 00 00 00`"
-                                   << "`01 65 00 00 00 00`";
-    QTest::newRow("argument") << "| length | channel | value |"
-                              << "| state | channel | value |";
-    QTest::newRow("size") << "`VendorReply` | 32 |"
-                          << "`VendorReply` | 10 |";
-    QTest::newRow("offset") << "`CommandPacket.channel` | 4 |"
-                            << "`CommandPacket.channel` | 3 |";
-    QTest::newRow("field length") << "| 7 | 30 |"
-                                  << "| 7 | 32 |";
-    QTest::newRow("crosspoint") << "| 2083 | 16664 |"
-                                << "| 2084 | 16664 |";
-    QTest::newRow("crosspoint out of range") << "| 64 | 0 | 2048 |"
-                                             << "| 256 | 0 | 8192 |";
-    QTest::newRow("output gain") << "| 8196 | 65568 | 68 |"
-                                 << "| 8196 | 65568 | 69 |";
-    QTest::newRow("level") << "| 3 | 12 |"
-                           << "| 3 | 24 |";
-    QTest::newRow("gain") << "| -6 | 0.5011872336 |"
-                          << "| -6 | 0.5 |";
-    QTest::newRow("peak") << "| -inf dB |"
-                          << "| -160 dB |";
-    QTest::newRow("pipe's name") << "| `\\\\.\\pipe\\VesmoraASIOToPannel` |"
-                                 << "| `\\\\.\\pipe\\VesmoraASIOToPanel` |";
-    QTest::newRow("pipe of another name") << "| `VESMORA_RESET_PIPE` |"
-                                          << "| `VESMORA_ASIO_PIPE` |";
-    QTest::newRow("pipe's limit") << "`VESMORA_PIPE_MESSAGE_LIMIT` | 1024 |"
-                                  << "`VESMORA_PIPE_MESSAGE_LIMIT` | 1025 |";
-    QTest::newRow("pipe's message") << "`WindowRequest` | 20 |"
-                                    << "`WindowRequest` | 24 |";
-    QTest::newRow("number in prose") << "the current peaks"
-                                     << "the 192 current peaks";
-    QTest::newRow("unknown code") << "| `VESMORA_STOP_AUDIO`"
-                                  << "| `VESMORA_PAUSE_AUDIO`";
-    QTest::newRow("table of an unknown kind") << "| Level | Offset |"
-                                              << "| Meter | Offset |";
-    QTest::newRow("cell too many") << "| 768 | peaks |"
-                                   << "| 768 | 192 | peaks |";
+    const auto add = [](const char *name, const char *right, const char *wrong) {
+        QTest::newRow(name) << QString(right) << QString(wrong);
+    };
+    add("code", "0xFFDC2074", "0xFFDC2078");
+    add("function", "| 0x81D |", "| 0x81E |");
+    add("input length", "| 66304 | 0 |", "| 66304 | 4 |");
+    add("output length", "| 0 | 768 |", "| 0 | 192 |");
+    add("constant", "`VESMORA_PID_RM` | 15 |", "`VESMORA_PID_RM` | 3 |");
+    add("opcode", "| 0x5A |", "| 0x5B |");
+    add("packet kind", "| `01 60", "| `02 60");
+    add("packet value", "F6 FF`", "FF F6`");
+    add("packet length", "`01 65 00 00 00 00 00`", "`01 65 00 00 00 00`");
+    add("argument", "| length | channel | value |", "| state | channel | value |");
+    add("size", "`VendorReply` | 32 |", "`VendorReply` | 10 |");
+    add("offset", "`CommandPacket.channel` | 4 |", "`CommandPacket.channel` | 3 |");
+    add("field length", "| 7 | 30 |", "| 7 | 32 |");
+    add("crosspoint", "| 2083 | 16664 |", "| 2084 | 16664 |");
+    add("crosspoint out of range", "| 64 | 0 | 2048 |", "| 256 | 0 | 8192 |");
+    add("output gain", "| 8196 | 65568 | 68 |", "| 8196 | 65568 | 69 |");
+    add("level", "| 3 | 12 |", "| 3 | 24 |");
+    add("gain", "| -6 | 0.5011872336 |", "| -6 | 0.5 |");
+    add("peak", "| -inf dB |", "| -160 dB |");
+    add("pipe's name", "| `\\\\.\\pipe\\VesmoraASIOToPannel` |",
+        "| `\\\\.\\pipe\\VesmoraASIOToPanel` |");
+    add("pipe of another name", "| `VESMORA_RESET_PIPE` |", "| `VESMORA_ASIO_PIPE` |");
+    add("pipe's limit", "`VESMORA_PIPE_MESSAGE_LIMIT` | 1024 |",
+        "`VESMORA_PIPE_MESSAGE_LIMIT` | 1025 |");
+    add("pipe's message", "`WindowRequest` | 20 |", "`WindowRequest` | 24 |");
+    add("number in prose", "the current peaks", "the 192 current peaks");
+    add("unknown code", "| `VESMORA_STOP_AUDIO`", "| `VESMORA_PAUSE_AUDIO`");
+    add("table of an unknown kind", "| Level | Offset |", "| Meter | Offset |");
+    add("cell too many", "| 768 | peaks |", "| 768 | 192 | peaks |");
 }
 
 void tst_ContractPage::aWrongNumberOnThePageIsNoticed()
@@ -161,51 +139,43 @@ void tst_ContractPage::aChangeInTheHeaderIsNoticed_data()
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("after");
     QTest::addColumn<QString>("difference");
+    const auto add = [](const char *name, const QString &before, const QString &after,
+                        const char *difference) {
+        QTest::newRow(name) << before << after << QString(difference);
+    };
     const QString codes = "/* What each code carries besides itself. */\n";
     const QString structures = "typedef struct VendorReply {";
-    QTest::newRow("new code") << codes
-                              << codes
-            + "#define VESMORA_PAUSE_AUDIO VESMORA_CONTROL_CODE(0x829u) /* neither */\n"
-                              << "missing on the page: VESMORA_PAUSE_AUDIO";
-    QTest::newRow("new code without a remark")
-        << codes << codes + "#define VESMORA_PAUSE_AUDIO VESMORA_CONTROL_CODE(0x829u)\n"
-        << "cannot be read in the header: VESMORA_PAUSE_AUDIO";
-    QTest::newRow("new opcode") << codes << codes + "#define VESMORA_OPCODE_BLINK 0x66u\n"
-                                << "missing on the page: VESMORA_OPCODE_BLINK";
-    QTest::newRow("new structure")
-        << structures << "typedef struct Clock {\n    int32_t ticks;\n} Clock;\n\n" + structures
-        << "missing on the page: Clock";
-    QTest::newRow("new field") << "    uint8_t bytes[32];\n"
-                               << "    uint8_t bytes[31];\n    uint8_t checksum;\n"
-                               << "missing on the page: VendorReply.checksum";
-    QTest::newRow("unreadable field")
-        << "    uint8_t bytes[32];\n"
-        << "    uint8_t bytes[32];\n    uint16_t *checksum;\n"
-        << "cannot be read in the header: VendorReply uint16_t *checksum";
-    QTest::newRow("other function")
-        << "VESMORA_CONTROL_CODE(0x81Eu)"
-        << "VESMORA_CONTROL_CODE(0x82Fu)"
-        << "found: `VESMORA_STOP_AUDIO` | 0xFFDC2078 | 0x81E | 0 | 0, "
-           "expected: `VESMORA_STOP_AUDIO` | 0xFFDC20BC | 0x82F | 0 | 0";
-    QTest::newRow("other value") << "VESMORA_PID_RM 15u"
-                                 << "VESMORA_PID_RM 3u"
-                                 << "found: `VESMORA_PID_RM` | 15, expected: `VESMORA_PID_RM` | 3";
+    add("new code", codes,
+        codes + "#define VESMORA_PAUSE_AUDIO VESMORA_CONTROL_CODE(0x829u) /* neither */\n",
+        "missing on the page: VESMORA_PAUSE_AUDIO");
+    add("new code without a remark", codes,
+        codes + "#define VESMORA_PAUSE_AUDIO VESMORA_CONTROL_CODE(0x829u)\n",
+        "cannot be read in the header: VESMORA_PAUSE_AUDIO");
+    add("new opcode", codes, codes + "#define VESMORA_OPCODE_BLINK 0x66u\n",
+        "missing on the page: VESMORA_OPCODE_BLINK");
+    add("new structure", structures,
+        "typedef struct Clock {\n    int32_t ticks;\n} Clock;\n\n" + structures,
+        "missing on the page: Clock");
+    add("new field", "    uint8_t bytes[32];\n", "    uint8_t bytes[31];\n    uint8_t checksum;\n",
+        "missing on the page: VendorReply.checksum");
+    add("unreadable field", "    uint8_t bytes[32];\n",
+        "    uint8_t bytes[32];\n    uint16_t *checksum;\n",
+        "cannot be read in the header: VendorReply uint16_t *checksum");
+    add("other function", "VESMORA_CONTROL_CODE(0x81Eu)", "VESMORA_CONTROL_CODE(0x82Fu)",
+        "found: `VESMORA_STOP_AUDIO` | 0xFFDC2078 | 0x81E | 0 | 0, "
+        "expected: `VESMORA_STOP_AUDIO` | 0xFFDC20BC | 0x82F | 0 | 0");
+    add("other value", "VESMORA_PID_RM 15u", "VESMORA_PID_RM 3u",
+        "found: `VESMORA_PID_RM` | 15, expected: `VESMORA_PID_RM` | 3");
     const QString pipes = "/* \"Pannel\" is how both are spelt. */\n";
-    QTest::newRow("new pipe") << pipes << pipes + "#define VESMORA_CLOCK_PIPE L\"\\\\.\\pipe\"\n"
-                              << "missing on the page: VESMORA_CLOCK_PIPE";
-    QTest::newRow("other name of a pipe")
-        << "pipe\\\\VesmoraPannelToASIO"
-        << "pipe\\\\VesmoraPanelToASIO"
-        << "found: `VESMORA_RESET_PIPE` | `\\\\.\\pipe\\VesmoraPannelToASIO`, "
-           "expected: `VESMORA_RESET_PIPE` | `\\\\.\\pipe\\VesmoraPanelToASIO`";
-    QTest::newRow("other signal")
-        << "VESMORA_RESET_SIGNAL 0x31u"
-        << "VESMORA_RESET_SIGNAL 0x32u"
-        << "found: `VESMORA_RESET_SIGNAL` | 0x31, expected: `VESMORA_RESET_SIGNAL` | 0x32";
-    QTest::newRow("new word in a message")
-        << "    uint32_t loggedOnly[4];\n"
-        << "    uint32_t loggedOnly[5];\n"
-        << "found: `WindowRequest` | 20, expected: `WindowRequest` | 24";
+    add("new pipe", pipes, pipes + "#define VESMORA_CLOCK_PIPE L\"\\\\.\\pipe\"\n",
+        "missing on the page: VESMORA_CLOCK_PIPE");
+    add("other name of a pipe", "pipe\\\\VesmoraPannelToASIO", "pipe\\\\VesmoraPanelToASIO",
+        "found: `VESMORA_RESET_PIPE` | `\\\\.\\pipe\\VesmoraPannelToASIO`, "
+        "expected: `VESMORA_RESET_PIPE` | `\\\\.\\pipe\\VesmoraPanelToASIO`");
+    add("other signal", "VESMORA_RESET_SIGNAL 0x31u", "VESMORA_RESET_SIGNAL 0x32u",
+        "found: `VESMORA_RESET_SIGNAL` | 0x31, expected: `VESMORA_RESET_SIGNAL` | 0x32");
+    add("new word in a message", "    uint32_t loggedOnly[4];\n", "    uint32_t loggedOnly[5];\n",
+        "found: `WindowRequest` | 20, expected: `WindowRequest` | 24");
 }
 
 void tst_ContractPage::aChangeInTheHeaderIsNoticed()
