@@ -130,7 +130,7 @@ private:
 bool tst_Settings::openDialog()
 {
     return tray().choose(Tray::Setup)
-        && waitUntil([this] { return dialogPicture().choices().size() == std::size(rowCounts); });
+        && waitUntil([this] { return dialogPicture().choices().size() == std::ssize(rowCounts); });
 }
 
 bool tst_Settings::showDialog()
