@@ -28,9 +28,7 @@ bool isRefused(const QString &name)
 
 template <typename... Arguments> bool answer(const QString &name, Arguments... arguments)
 {
-    QString line = name;
-    ((line += ' ' + QString::number(int(arguments))), ...);
-    commands << line;
+    commands << QStringList{name, QString::number(int(arguments))...}.join(' ');
     return !isRefused(name);
 }
 
