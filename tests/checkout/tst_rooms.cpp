@@ -195,24 +195,17 @@ void tst_Rooms::aWrongLinkIsNoticed_data()
     QTest::addColumn<QString>("from");
     QTest::addColumn<QString>("to");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("controls know driver") << "controls"
-                                          << "driver"
-                                          << "arrow missing: controls -> driver";
-    QTest::newRow("panels know settings") << "panels"
-                                          << "settings"
-                                          << "arrow missing: panels -> settings";
-    QTest::newRow("app knows the simulator") << "app"
-                                             << "simulator/client"
-                                             << "arrow missing: app -> simulator/client";
-    QTest::newRow("driver knows panels") << "driver"
-                                         << "panels"
-                                         << "links in a circle: driver panels";
-    QTest::newRow("model knows record") << "simulator/model"
-                                        << "simulator/record"
-                                        << "links in a circle: simulator/model simulator/record";
-    QTest::newRow("a new room") << "app"
-                                << "attic"
-                                << "room missing: attic";
+    const auto add = [](const char *name, const char *from, const char *to, const char *expected) {
+        QTest::newRow(name) << QString(from) << QString(to) << QString(expected);
+    };
+    add("controls know driver", "controls", "driver", "arrow missing: controls -> driver");
+    add("panels know settings", "panels", "settings", "arrow missing: panels -> settings");
+    add("app knows the simulator", "app", "simulator/client",
+        "arrow missing: app -> simulator/client");
+    add("driver knows panels", "driver", "panels", "links in a circle: driver panels");
+    add("model knows record", "simulator/model", "simulator/record",
+        "links in a circle: simulator/model simulator/record");
+    add("a new room", "app", "attic", "room missing: attic");
 }
 
 void tst_Rooms::aWrongLinkIsNoticed()
@@ -238,18 +231,15 @@ void tst_Rooms::aWrongFolderIsNoticed_data()
 {
     QTest::addColumn<QString>("room");
     QTest::addColumn<QString>("folder");
-    QTest::newRow("beside") << "panels"
-                            << "settings";
-    QTest::newRow("above") << "driver"
-                           << "shell";
-    QTest::newRow("the simulator's") << "app"
-                                     << "simulator/protocol";
-    QTest::newRow("the product's") << "simulator/model"
-                                   << "driver";
-    QTest::newRow("the tests'") << "shell"
-                                << "tests/support";
-    QTest::newRow("everybody's") << "controls"
-                                 << ".";
+    const auto add = [](const char *name, const char *room, const char *folder) {
+        QTest::newRow(name) << QString(room) << QString(folder);
+    };
+    add("beside", "panels", "settings");
+    add("above", "driver", "shell");
+    add("the simulator's", "app", "simulator/protocol");
+    add("the product's", "simulator/model", "driver");
+    add("the tests'", "shell", "tests/support");
+    add("everybody's", "controls", ".");
 }
 
 void tst_Rooms::aWrongFolderIsNoticed()

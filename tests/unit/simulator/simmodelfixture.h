@@ -83,6 +83,12 @@ public:
         return control(VESMORA_SIM_ADD_FAULT, VesmoraSimFault{code, opcode, nth, count, status});
     }
 
+    /// @p time is in ms.
+    std::uint32_t setDelay(std::uint32_t code, std::uint32_t opcode, std::uint32_t time)
+    {
+        return control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{code, opcode, time});
+    }
+
     VesmoraSimState state()
     {
         if (control(VESMORA_SIM_READ_STATE, {}, sizeof(VesmoraSimState)) != SIM_SUCCESS)

@@ -398,8 +398,7 @@ void tst_SimModel::resetLeavesASaneDevice()
     fixture.request(VESMORA_SEND_MIXER_BLOCK, QByteArray(sizeof(MixerBlock), '\1'));
     fixture.control(VESMORA_SIM_SET_FIRMWARE, QByteArray("ABCDEFGHIJ"));
     fixture.control(VESMORA_SIM_SET_METERS, VesmoraSimMeter{3, 3});
-    fixture.control(VESMORA_SIM_SET_DELAY,
-                    VesmoraSimDelay{VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 10});
+    fixture.setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 10);
     fixture.fail(VESMORA_STOP_AUDIO, 1);
     model_close(fixture.model(), &fixture.handle, 0);
     QCOMPARE(fixture.control(VESMORA_SIM_RESET), SIM_SUCCESS);
@@ -506,23 +505,19 @@ void tst_SimModel::anUnpluggedDeviceCountsNoRequests()
 void tst_SimModel::delaysAreReportedPerCodeAndOpcode()
 {
     OpenSimModelFixture fixture;
-    const auto setDelay = [&](std::uint32_t code, std::uint32_t opcode, std::uint32_t time) {
-        return fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{code, opcode, time});
+    const auto delayOf = [&](std::uint32_t code, const QByteArray &input = {}) {
+        fixture.request(code, input);
+        return fixture.delay;
     };
-    QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 100), SIM_SUCCESS);
-    QCOMPARE(setDelay(VESMORA_SEND_PACKET, VESMORA_OPCODE_OTG_ON, 250), SIM_SUCCESS);
-    fixture.request(VESMORA_STOP_AUDIO);
-    QCOMPARE(fixture.delay, 100u);
-    fixture.request(VESMORA_INIT_AUDIO);
-    QCOMPARE(fixture.delay, 0u);
-    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_ON));
-    QCOMPARE(fixture.delay, 250u);
-    fixture.request(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_OFF));
-    QCOMPARE(fixture.delay, 0u);
+    QCOMPARE(fixture.setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 100), SIM_SUCCESS);
+    QCOMPARE(fixture.setDelay(VESMORA_SEND_PACKET, VESMORA_OPCODE_OTG_ON, 250), SIM_SUCCESS);
+    QCOMPARE(delayOf(VESMORA_STOP_AUDIO), 100u);
+    QCOMPARE(delayOf(VESMORA_INIT_AUDIO), 0u);
+    QCOMPARE(delayOf(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_ON)), 250u);
+    QCOMPARE(delayOf(VESMORA_SEND_PACKET, packet(VESMORA_OPCODE_OTG_OFF)), 0u);
 
-    QCOMPARE(setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 0), SIM_SUCCESS);
-    fixture.request(VESMORA_STOP_AUDIO);
-    QCOMPARE(fixture.delay, 0u);
+    QCOMPARE(fixture.setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 0), SIM_SUCCESS);
+    QCOMPARE(delayOf(VESMORA_STOP_AUDIO), 0u);
     QCOMPARE(fixture.state().delays, 1u);
     QCOMPARE(fixture.control(VESMORA_SIM_CLEAR_FAULTS), SIM_SUCCESS);
     QCOMPARE(fixture.state().delays, 0u);
@@ -531,19 +526,13 @@ void tst_SimModel::delaysAreReportedPerCodeAndOpcode()
 void tst_SimModel::delaysThatMakeNoSenseAreRefused()
 {
     SimModelFixture fixture;
-    QCOMPARE(fixture.control(VESMORA_SIM_SET_DELAY,
-                             VesmoraSimDelay{VESMORA_SIM_OPEN_CODE, VESMORA_SIM_ANY_OPCODE, 1}),
+    QCOMPARE(fixture.setDelay(VESMORA_SIM_OPEN_CODE, VESMORA_SIM_ANY_OPCODE, 1),
              SIM_INVALID_PARAMETER);
-    QCOMPARE(fixture.control(VESMORA_SIM_SET_DELAY,
-                             VesmoraSimDelay{VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 60001}),
+    QCOMPARE(fixture.setDelay(VESMORA_STOP_AUDIO, VESMORA_SIM_ANY_OPCODE, 60001),
              SIM_INVALID_PARAMETER);
     for (std::uint32_t i = 1; i <= SIM_DELAY_COUNT; ++i)
-        QCOMPARE(
-            fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{i, VESMORA_SIM_ANY_OPCODE, 1}),
-            SIM_SUCCESS);
-    QCOMPARE(
-        fixture.control(VESMORA_SIM_SET_DELAY, VesmoraSimDelay{999, VESMORA_SIM_ANY_OPCODE, 1}),
-        SIM_INSUFFICIENT_RESOURCES);
+        QCOMPARE(fixture.setDelay(i, VESMORA_SIM_ANY_OPCODE, 1), SIM_SUCCESS);
+    QCOMPARE(fixture.setDelay(999, VESMORA_SIM_ANY_OPCODE, 1), SIM_INSUFFICIENT_RESOURCES);
 }
 
 void tst_SimModel::controlChecksItsLengths()
