@@ -16,7 +16,7 @@ namespace {
 QList<RecordEntry> ofHandle(QList<RecordEntry> entries, int handle)
 {
     entries.removeIf([handle](const RecordEntry &entry) {
-        return entry.handle() != handle || entry.command() == QStringLiteral("readMeterData");
+        return entry.handle() != handle || entry.command() == "readMeterData";
     });
     return entries;
 }
@@ -68,8 +68,8 @@ void ProgramFixture::explainFailure()
     QString name = QString::fromLatin1(QTest::currentTestFunction());
     if (QTest::currentDataTag())
         name += u'-' + QString::fromLatin1(QTest::currentDataTag());
-    name.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9-]")), QStringLiteral("_"));
-    const QString picture = QDir::current().filePath(name + QStringLiteral(".png"));
+    name.replace(QRegularExpression("[^A-Za-z0-9-]"), "_");
+    const QString picture = QDir::current().filePath(name + ".png");
     qInfo().noquote() << "The screen:" << (m_desktop.saveScreen(picture) ? picture : QString());
     if (!simulator().errorString().isEmpty())
         qInfo().noquote() << "The simulator's last refusal:" << simulator().errorString();
@@ -78,7 +78,7 @@ void ProgramFixture::explainFailure()
     QStringList record;
     const QList<RecordEntry> entries = simulator().record();
     for (const RecordEntry &entry : entries.mid(qMax(0, entries.size() - 60)))
-        record << QStringLiteral("%1: %2").arg(entry.handle()).arg(entry.text());
+        record << QString("%1: %2").arg(entry.handle()).arg(entry.text());
     qInfo().noquote() << "The end of the record:\n" << record.join(u'\n');
 }
 
@@ -107,8 +107,8 @@ bool ProgramFixture::follow(std::unique_ptr<PanelProgram> panel)
 
 bool ProgramFixture::plug(const QString &model, int bus)
 {
-    const QString found = QStringLiteral("Device found with PID:");
-    const QString ready = QStringLiteral("设置初始化完成");
+    const QString found = "Device found with PID:";
+    const QString ready = "设置初始化完成";
     const qsizetype foundBefore = log().count(found);
     const qsizetype readyBefore = log().count(ready);
     return simulator().plug(model, bus) && log().waitFor(found, foundBefore + 1)
@@ -117,7 +117,7 @@ bool ProgramFixture::plug(const QString &model, int bus)
 
 bool ProgramFixture::unplug()
 {
-    const QString lost = QStringLiteral("Cleared all widgets from base layout.");
+    const QString lost = "Cleared all widgets from base layout.";
     const qsizetype before = log().count(lost);
     return simulator().unplug() && log().waitFor(lost, before + 1);
 }
@@ -134,12 +134,12 @@ bool ProgramFixture::quit()
 
 std::optional<WindowInfo> ProgramFixture::window() const
 {
-    return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
+    return m_desktop.windows().visibleWindow("Vesmora ");
 }
 
 std::optional<WindowInfo> ProgramFixture::settingsDialog() const
 {
-    return m_desktop.windows().visibleWindow(QStringLiteral("Settings"));
+    return m_desktop.windows().visibleWindow("Settings");
 }
 
 PanelPicture ProgramFixture::picture() const
@@ -175,7 +175,7 @@ bool ProgramFixture::waitForLevels()
     const auto reads = [this] {
         const QList<RecordEntry> entries = simulator().record();
         return std::count_if(entries.cbegin(), entries.cend(), [](const RecordEntry &entry) {
-            return entry.command() == QStringLiteral("readMeterData");
+            return entry.command() == "readMeterData";
         });
     };
     // The first read from now may have begun before; the third comes after the second was shown.

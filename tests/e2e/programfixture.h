@@ -30,7 +30,7 @@ protected:
     virtual QSize screenSize() const { return {1280, 800}; }
 
     /// Starts the panel and waits for its tray icon.
-    bool start(const QString &locale = QStringLiteral("en_US"));
+    bool start(const QString &locale = "en_US");
     /// Waits for a copy that was started otherwise.
     bool follow(std::unique_ptr<PanelProgram> panel);
     /// Plugs a model in and waits until the panel has found it and brought its engine up.

@@ -75,7 +75,7 @@ void tst_Looks::everyWindow_data()
 {
     QTest::addColumn<QString>("locale");
     QTest::addColumn<int>("percent");
-    for (const auto &locale : {QStringLiteral("en_US"), QStringLiteral("zh_CN")}) {
+    for (const auto &locale : {"en_US", "zh_CN"}) {
         for (const int percent : {100, 150, 200})
             QTest::addRow("%s at %d %%", qPrintable(locale), percent) << locale << percent;
     }
@@ -85,18 +85,17 @@ void tst_Looks::everyWindow()
 {
     QFETCH(QString, locale);
     QFETCH(int, percent);
-    m_folder = QStringLiteral("%1/%2-%3")
-                   .arg(qEnvironmentVariable("VESMORA_PICTURES"), locale)
-                   .arg(percent);
+    m_folder =
+        QString("%1/%2-%3").arg(qEnvironmentVariable("VESMORA_PICTURES"), locale).arg(percent);
     QVERIFY(QDir().mkpath(m_folder));
     QVERIFY(lane().setScale(percent / 100.0));
     QVERIFY(start(locale));
     QVERIFY(tray().openMenu());
-    keepPicture(*tray().menu(), QStringLiteral("tray-menu"));
-    QVERIFY(pointer().key(QStringLiteral("Escape")));
+    keepPicture(*tray().menu(), "tray-menu");
+    QVERIFY(pointer().key("Escape"));
     QVERIFY(waitUntil([this] { return !tray().menu(); }));
     QVERIFY(openWindow());
-    keepPicture(*window(), QStringLiteral("not-connected"));
+    keepPicture(*window(), "not-connected");
 
     for (const Look &look : looks) {
         const QString model = QString::fromLatin1(look.model);
@@ -113,12 +112,12 @@ void tst_Looks::everyWindow()
 
     QVERIFY(tray().choose(Tray::Setup));
     QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
-    keepPicture(*settingsDialog(), QStringLiteral("settings"));
+    keepPicture(*settingsDialog(), "settings");
 }
 
 void tst_Looks::keepPicture(const WindowInfo &window, const QString &name)
 {
-    const QString path = m_folder + u'/' + name + QStringLiteral(".png");
+    const QString path = m_folder + u'/' + name + ".png";
     QVERIFY2(stillPicture(window).save(path), qPrintable(path));
 }
 

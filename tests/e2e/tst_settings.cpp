@@ -14,50 +14,47 @@ namespace {
 enum Choice { BufferSize, UsbLatency, SampleRate, SafeMode };
 constexpr int rowCounts[] = {8, 4, 2, 2};
 
-const QString file = QStringLiteral("setting.ini");
-const QString bufferOf192 = QStringLiteral("Audio/BufferSize=192");
-const QString listening = QStringLiteral("ThreadSettingsPip is running waiting Asio Info...");
-const QString nothingReceived = QStringLiteral("No data received from pipe.");
-const QString openRequest = QStringLiteral("Open Window Signal from ASIO.");
-const QString shownOnRequest =
-    QStringLiteral("Received signal from pipe thread to show settings window.");
-const QString tooLong = QStringLiteral("Error reading from pipe. Error code: 234");
+const QString file = "setting.ini";
+const QString bufferOf192 = "Audio/BufferSize=192";
+const QString listening = "ThreadSettingsPip is running waiting Asio Info...";
+const QString nothingReceived = "No data received from pipe.";
+const QString openRequest = "Open Window Signal from ASIO.";
+const QString shownOnRequest = "Received signal from pipe thread to show settings window.";
+const QString tooLong = "Error reading from pipe. Error code: 234";
 // A client that goes is noticed while it is awaited or while it is read from.
-const QStringList droppedTexts{QStringLiteral("Error connecting to pipe. Error code: 232"),
-                               QStringLiteral("Error reading from pipe. Error code: 109")};
+const QStringList droppedTexts{"Error connecting to pipe. Error code: 232",
+                               "Error reading from pipe. Error code: 109"};
 
-const QString searching = QStringLiteral("Device PID: 0");
-const QStringList hanging{QStringLiteral("send"), QStringLiteral("--connect-and-hang")};
-const QStringList resetSent{QStringLiteral("Pipe opened successfully."),
-                            QStringLiteral("ASIO reset signal sent successfully."),
-                            QStringLiteral("设置通知ASIO逻辑")};
+const QString searching = "Device PID: 0";
+const QStringList hanging{"send", "--connect-and-hang"};
+const QStringList resetSent{"Pipe opened successfully.", "ASIO reset signal sent successfully.",
+                            "设置通知ASIO逻辑"};
 
 /// The arguments that send @p words, the last of which asks for the window unless it is 0.
 QStringList sending(const QString &words)
 {
-    return QStringList(QStringLiteral("send")) + words.split(u' ');
+    return QStringList("send") + words.split(u' ');
 }
 
 QString received(const QString &words)
 {
-    return QStringLiteral("Received data from pipe: ") + words;
+    return QString("Received data from pipe: ") + words;
 }
 
 QStringList changeToRate(int rate)
 {
-    return {QStringLiteral("stopAudio"),
-            QStringLiteral("setSampleRate %1").arg(rate),
-            QStringLiteral("setWdmChannelCount 4"),
-            QStringLiteral("initAudio"),
-            QStringLiteral("setOtgOff"),
-            QStringLiteral("setOtgOn")};
+    return {"stopAudio",
+            QString("setSampleRate %1").arg(rate),
+            "setWdmChannelCount 4",
+            "initAudio",
+            "setOtgOff",
+            "setOtgOn"};
 }
 
 QStringList changeToRateLog(int rate)
 {
-    return {QStringLiteral("设置音频采样率为： %1 Hz").arg(rate),
-            QStringLiteral("音频采样率设置已保存： \"%1\"").arg(rate),
-            QStringLiteral("设置采样频率完成")};
+    return {QString("设置音频采样率为： %1 Hz").arg(rate),
+            QString("音频采样率设置已保存： \"%1\"").arg(rate), "设置采样频率完成"};
 }
 
 /// One line names an address of the running program.
@@ -69,8 +66,7 @@ QStringList ofListener(const QStringList &lines)
     QStringList found;
     for (const QString &line : lines) {
         const bool isOurs = line == listening || line == nothingReceived || line == openRequest
-            || line.startsWith(QStringLiteral("Received data from pipe:"))
-            || line.startsWith(QStringLiteral("Error "));
+            || line.startsWith("Received data from pipe:") || line.startsWith("Error ");
         if (isOurs)
             found << line;
     }
@@ -117,7 +113,7 @@ private:
                        const QStringList &entries);
     /// Compares everything that the listener has logged, of which @p expected is the newest part.
     void compareListener(const QStringList &expected);
-    bool isAnswered(const QString &words = QStringLiteral("0 0 0 0 1"));
+    bool isAnswered(const QString &words = "0 0 0 0 1");
     std::unique_ptr<ChildProcess> startClient(const QStringList &arguments,
                                               const QByteArray &ready);
 
@@ -135,9 +131,9 @@ bool tst_Settings::openDialog()
 
 bool tst_Settings::showDialog()
 {
-    if (!start() || !plug(QStringLiteral("rx1")) || !openDialog())
+    if (!start() || !plug("rx1") || !openDialog())
         return false;
-    const QList<RecordEntry> entries = entriesBesides(QStringLiteral("setWdmChannelCount"));
+    const QList<RecordEntry> entries = entriesBesides("setWdmChannelCount");
     if (entries.isEmpty() || !simulator().clearRecord())
         return false;
     expectFrom(entries.first().handle());
@@ -245,144 +241,120 @@ void tst_Settings::choicesMadeWithTheMouseReachTheEngineAndTheFile()
     QStringList entries{bufferOf192};
     QVERIFY(showDialog());
     QVERIFY(chooseWithMouse(BufferSize, 6));
-    entries = QStringList{QStringLiteral("Audio/BufferSize=512")};
-    compareChange({QStringLiteral("getBufferSize"), QStringLiteral("getUsbLatency"),
-                   QStringLiteral("stopAudio"), QStringLiteral("setBufferSize 512"),
-                   QStringLiteral("restartAudio")},
-                  {QStringLiteral("设置音频缓冲区大小为： 512 samples"), somewhere,
-                   QStringLiteral("当前音频缓冲区大小： 192"),
-                   QStringLiteral("设置USB延迟大小为： 32 Frame"),
-                   QStringLiteral("当前USB延迟大小： 8"),
-                   QStringLiteral("音频缓冲区大小设置成功： 512 samples"),
-                   QStringLiteral("音频缓冲区大小设置已保存： \"512\"")},
-                  entries);
+    entries = QStringList{"Audio/BufferSize=512"};
+    compareChange(
+        {"getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize 512", "restartAudio"},
+        {"设置音频缓冲区大小为： 512 samples", somewhere, "当前音频缓冲区大小： 192",
+         "设置USB延迟大小为： 32 Frame", "当前USB延迟大小： 8",
+         "音频缓冲区大小设置成功： 512 samples", "音频缓冲区大小设置已保存： \"512\""},
+        entries);
     QVERIFY(chooseWithMouse(SafeMode, 1));
-    entries << QStringLiteral("USB/SlowMode=Enabled");
-    compareChange({QStringLiteral("stopAudio"), QStringLiteral("enableUsbSlowMode"),
-                   QStringLiteral("restartAudio")},
-                  {QStringLiteral("USB慢速模式设置已保存： \"Enabled\"")}, entries);
+    entries << "USB/SlowMode=Enabled";
+    compareChange({"stopAudio", "enableUsbSlowMode", "restartAudio"},
+                  {"USB慢速模式设置已保存： \"Enabled\""}, entries);
     QVERIFY(chooseWithMouse(UsbLatency, 2));
-    entries << QStringLiteral("USB/LatencySize=24");
-    compareChange({QStringLiteral("getUsbLatency"), QStringLiteral("stopAudio"),
-                   QStringLiteral("setUsbLatency 24"), QStringLiteral("restartAudio")},
-                  {QStringLiteral("设置USB延迟大小为： 24 Frame"),
-                   QStringLiteral("当前USB延迟大小： 8"),
-                   QStringLiteral("USB延迟大小设置已保存： \"24\"")},
-                  entries);
+    entries << "USB/LatencySize=24";
+    compareChange(
+        {"getUsbLatency", "stopAudio", "setUsbLatency 24", "restartAudio"},
+        {"设置USB延迟大小为： 24 Frame", "当前USB延迟大小： 8", "USB延迟大小设置已保存： \"24\""},
+        entries);
     QVERIFY(chooseWithMouse(SampleRate, 1));
-    entries << QStringLiteral("Audio/SampleRate=48000");
+    entries << "Audio/SampleRate=48000";
     compareChange(changeToRate(48000), changeToRateLog(48000), entries);
 }
 
 void tst_Settings::choicesMadeWithTheKeyboardReachTheEngineAndTheFile()
 {
-    const QString buffer = QStringLiteral("Audio/BufferSize=%1");
-    const QString others[] = {QStringLiteral("USB/LatencySize=%1"),
-                              QStringLiteral("Audio/SampleRate=48000"),
-                              QStringLiteral("USB/SlowMode=%1")};
+    const QString buffer = "Audio/BufferSize=%1";
+    const QString others[] = {"USB/LatencySize=%1", "Audio/SampleRate=48000", "USB/SlowMode=%1"};
     QVERIFY(showDialog());
     // The dialog opens with the keyboard in its first choice.
-    QVERIFY(pressKeys({QStringLiteral("Tab"), QStringLiteral("Down")}));
+    QVERIFY(pressKeys({"Tab", "Down"}));
     QStringList entries{buffer.arg(192), others[0].arg(16)};
-    compareChange({QStringLiteral("getUsbLatency"), QStringLiteral("stopAudio"),
-                   QStringLiteral("setUsbLatency 16"), QStringLiteral("restartAudio")},
-                  {QStringLiteral("设置USB延迟大小为： 16 Frame"),
-                   QStringLiteral("当前USB延迟大小： 8"),
-                   QStringLiteral("USB延迟大小设置已保存： \"16\"")},
-                  entries);
-    QVERIFY(pressKeys({QStringLiteral("Tab"), QStringLiteral("Down")}));
+    compareChange(
+        {"getUsbLatency", "stopAudio", "setUsbLatency 16", "restartAudio"},
+        {"设置USB延迟大小为： 16 Frame", "当前USB延迟大小： 8", "USB延迟大小设置已保存： \"16\""},
+        entries);
+    QVERIFY(pressKeys({"Tab", "Down"}));
     entries << others[1];
     compareChange(changeToRate(48000), changeToRateLog(48000), entries);
-    QVERIFY(pressKeys({QStringLiteral("Tab"), QStringLiteral("Down")}));
-    compareChange({QStringLiteral("stopAudio"), QStringLiteral("enableUsbSlowMode"),
-                   QStringLiteral("restartAudio")},
-                  {QStringLiteral("USB慢速模式设置已保存： \"Enabled\"")},
-                  entries + QStringList(others[2].arg(QStringLiteral("Enabled"))));
-    QVERIFY(pressKeys({QStringLiteral("Up")}));
-    entries << others[2].arg(QStringLiteral("Disabled"));
-    compareChange({QStringLiteral("stopAudio"), QStringLiteral("disableUsbSlowMode"),
-                   QStringLiteral("restartAudio")},
-                  {QStringLiteral("USB慢速模式设置已保存： \"Disabled\"")}, entries);
-    const QString back = QStringLiteral("shift+Tab");
-    QVERIFY(pressKeys({back, back, back, QStringLiteral("Home")}));
+    QVERIFY(pressKeys({"Tab", "Down"}));
+    compareChange({"stopAudio", "enableUsbSlowMode", "restartAudio"},
+                  {"USB慢速模式设置已保存： \"Enabled\""},
+                  entries + QStringList(others[2].arg("Enabled")));
+    QVERIFY(pressKeys({"Up"}));
+    entries << others[2].arg("Disabled");
+    compareChange({"stopAudio", "disableUsbSlowMode", "restartAudio"},
+                  {"USB慢速模式设置已保存： \"Disabled\""}, entries);
+    const QString back = "shift+Tab";
+    QVERIFY(pressKeys({back, back, back, "Home"}));
     // So few samples do not go with that latency, which is changed first.
     entries[0] = buffer.arg(48);
     entries[1] = others[0].arg(8);
     compareChange(
-        {QStringLiteral("getBufferSize"), QStringLiteral("getUsbLatency"),
-         QStringLiteral("getUsbLatency"), QStringLiteral("stopAudio"),
-         QStringLiteral("setUsbLatency 8"), QStringLiteral("restartAudio"),
-         QStringLiteral("stopAudio"), QStringLiteral("setBufferSize 48"),
-         QStringLiteral("restartAudio")},
-        {QStringLiteral("设置音频缓冲区大小为： 48 samples"), somewhere,
-         QStringLiteral("当前音频缓冲区大小： 192"), QStringLiteral("设置USB延迟大小为： 8 Frame"),
-         QStringLiteral("当前USB延迟大小： 16"), QStringLiteral("设置USB延迟大小为： 8 Frame"),
-         QStringLiteral("当前USB延迟大小： 16"), QStringLiteral("USB延迟大小设置已保存： \"8\""),
-         QStringLiteral("音频缓冲区大小设置成功： 48 samples"),
-         QStringLiteral("音频缓冲区大小设置已保存： \"48\"")},
+        {"getBufferSize", "getUsbLatency", "getUsbLatency", "stopAudio", "setUsbLatency 8",
+         "restartAudio", "stopAudio", "setBufferSize 48", "restartAudio"},
+        {"设置音频缓冲区大小为： 48 samples", somewhere, "当前音频缓冲区大小： 192",
+         "设置USB延迟大小为： 8 Frame", "当前USB延迟大小： 16", "设置USB延迟大小为： 8 Frame",
+         "当前USB延迟大小： 16", "USB延迟大小设置已保存： \"8\"",
+         "音频缓冲区大小设置成功： 48 samples", "音频缓冲区大小设置已保存： \"48\""},
         entries);
 }
 
 void tst_Settings::aChoiceThatTheEngineHasAlreadySendsNothingFurther()
 {
     QVERIFY(showDialog());
-    QVERIFY(simulator().setValue(QStringLiteral("latency"), 24));
-    QVERIFY(simulator().setValue(QStringLiteral("buffer"), 512));
+    QVERIFY(simulator().setValue("latency", 24));
+    QVERIFY(simulator().setValue("buffer", 512));
     QVERIFY(simulator().clearRecord());
     QVERIFY(chooseWithMouse(UsbLatency, 2));
-    compareChange(
-        {QStringLiteral("getUsbLatency")},
-        {QStringLiteral("设置USB延迟大小为： 24 Frame"), QStringLiteral("当前USB延迟大小： 24")},
-        {bufferOf192});
+    compareChange({"getUsbLatency"}, {"设置USB延迟大小为： 24 Frame", "当前USB延迟大小： 24"},
+                  {bufferOf192});
     QVERIFY(chooseWithMouse(BufferSize, 6));
-    compareChange({QStringLiteral("getBufferSize")},
-                  {QStringLiteral("设置音频缓冲区大小为： 512 samples"), somewhere,
-                   QStringLiteral("当前音频缓冲区大小： 512")},
+    compareChange({"getBufferSize"},
+                  {"设置音频缓冲区大小为： 512 samples", somewhere, "当前音频缓冲区大小： 512"},
                   {bufferOf192});
 }
 
 void tst_Settings::aRefusedChoiceIsLoggedAndNotSaved()
 {
-    const QString refused =
-        QStringLiteral("设置USB慢速模式失败，可能是驱动未正确加载或设备未连接。");
+    const QString refused = "设置USB慢速模式失败，可能是驱动未正确加载或设备未连接。";
     expectMessages({refused});
     QVERIFY(showDialog());
-    QVERIFY(simulator().fail(QStringLiteral("enableUsbSlowMode"), 1));
+    QVERIFY(simulator().fail("enableUsbSlowMode", 1));
     QVERIFY(chooseWithMouse(SafeMode, 1));
-    compareChange({QStringLiteral("stopAudio"), QStringLiteral("enableUsbSlowMode !31")}, {refused},
-                  {bufferOf192});
+    compareChange({"stopAudio", "enableUsbSlowMode !31"}, {refused}, {bufferOf192});
 }
 
 void tst_Settings::storedChoicesAreBroughtToThePluggedInterface()
 {
-    const QStringList entries{
-        QStringLiteral("USB/SlowMode=Enabled"), QStringLiteral("Audio/SampleRate=48000"),
-        QStringLiteral("USB/LatencySize=16"), QStringLiteral("Audio/BufferSize=512")};
+    const QStringList entries{"USB/SlowMode=Enabled", "Audio/SampleRate=48000",
+                              "USB/LatencySize=16", "Audio/BufferSize=512"};
     QVERIFY(iniFile(file).write(entries));
     QVERIFY(start());
-    QVERIFY(simulator().plug(QStringLiteral("rx1")));
-    QVERIFY(log().waitFor(QStringLiteral("设置采样频率完成")));
-    QCOMPARE(sentBesides(QStringLiteral("setWdmChannelCount")),
-             QStringList({QStringLiteral("open"),
-                          QStringLiteral("getUsbLatency"),
-                          QStringLiteral("stopAudio"),
-                          QStringLiteral("setUsbLatency 16"),
-                          QStringLiteral("restartAudio"),
-                          QStringLiteral("getBufferSize"),
-                          QStringLiteral("getUsbLatency"),
-                          QStringLiteral("stopAudio"),
-                          QStringLiteral("setBufferSize 512"),
-                          QStringLiteral("restartAudio"),
-                          QStringLiteral("stopAudio"),
-                          QStringLiteral("enableUsbSlowMode"),
-                          QStringLiteral("restartAudio"),
-                          QStringLiteral("stopAudio"),
-                          QStringLiteral("setSampleRate 48000"),
-                          QStringLiteral("setWdmChannelCount 4"),
-                          QStringLiteral("initAudio"),
-                          QStringLiteral("getSampleRate"),
-                          QStringLiteral("setOtgOff"),
-                          QStringLiteral("setOtgOn")}));
+    QVERIFY(simulator().plug("rx1"));
+    QVERIFY(log().waitFor("设置采样频率完成"));
+    QCOMPARE(sentBesides("setWdmChannelCount"),
+             QStringList({"open",
+                          "getUsbLatency",
+                          "stopAudio",
+                          "setUsbLatency 16",
+                          "restartAudio",
+                          "getBufferSize",
+                          "getUsbLatency",
+                          "stopAudio",
+                          "setBufferSize 512",
+                          "restartAudio",
+                          "stopAudio",
+                          "enableUsbSlowMode",
+                          "restartAudio",
+                          "stopAudio",
+                          "setSampleRate 48000",
+                          "setWdmChannelCount 4",
+                          "initAudio",
+                          "getSampleRate",
+                          "setOtgOff",
+                          "setOtgOn"}));
     QCOMPARE(iniFile(file).text(), iniText(entries, iniLayout()));
 }
 
@@ -403,8 +375,7 @@ void tst_Settings::aChoiceWithoutAnInterfaceDoesNotHideTheStoredOne()
 
 void tst_Settings::okHidesTheDialogAndResetsTheAsioDriver()
 {
-    const std::unique_ptr<ChildProcess> asio = startClient(
-        {QStringLiteral("serve"), QStringLiteral("--count"), QStringLiteral("1")}, "ready");
+    const std::unique_ptr<ChildProcess> asio = startClient({"serve", "--count", "1"}, "ready");
     expectMessages(resetSent);
     QVERIFY(asio);
     QVERIFY(showDialog());
@@ -418,7 +389,7 @@ void tst_Settings::okHidesTheDialogAndResetsTheAsioDriver()
 
 void tst_Settings::okWithoutAnAsioDriverHidesTheDialogAndLogsTheError()
 {
-    const QStringList refused{QStringLiteral("Error: Could not open pipe. Error code: 2")};
+    const QStringList refused{"Error: Could not open pipe. Error code: 2"};
     expectMessages(refused);
     QVERIFY(showDialog());
     QVERIFY(pointer().click(dialogPicture().ok()));
@@ -432,8 +403,8 @@ void tst_Settings::aRequestShowsTheHiddenDialog()
     QVERIFY(start());
     QVERIFY(log().waitFor(listening));
     expectFrom(0);
-    QVERIFY(isAnswered(QStringLiteral("1 2 3 4294967295 7")));
-    compareListener({received(QStringLiteral("1 2 3 4294967295 7")), openRequest, listening});
+    QVERIFY(isAnswered("1 2 3 4294967295 7"));
+    compareListener({received("1 2 3 4294967295 7"), openRequest, listening});
     QCOMPARE(log().count(shownOnRequest), 1);
 }
 
@@ -467,32 +438,32 @@ void tst_Settings::junkOnThePipeIsLoggedAndTheNextRequestAnswered()
     };
     const QStringList refused{tooLong, nothingReceived, listening};
     const auto understood = [](const char *words) {
-        return QStringList{received(QLatin1String(words)), listening};
+        return QStringList{received(words), listening};
     };
-    const QString bytes = QStringLiteral("--bytes");
-    const QString length = QStringLiteral("--length");
-    const QList<Junk> all{{{length, QStringLiteral("0")}, understood("0 0 0 0 0")},
-                          {{bytes, QStringLiteral("ff")}, understood("255 0 0 0 0")},
-                          {{bytes, QStringLiteral("78563412")}, understood("305419896 0 0 0 0")},
+    const QString bytes = "--bytes";
+    const QString length = "--length";
+    const QList<Junk> all{{{length, "0"}, understood("0 0 0 0 0")},
+                          {{bytes, "ff"}, understood("255 0 0 0 0")},
+                          {{bytes, "78563412"}, understood("305419896 0 0 0 0")},
                           {{bytes, QByteArray(16, '\xff').toHex()},
                            understood("4294967295 4294967295 4294967295 4294967295 0")},
-                          {{length, QStringLiteral("1025")}, refused},
-                          {{length, QStringLiteral("65536")}, refused}};
+                          {{length, "1025"}, refused},
+                          {{length, "65536"}, refused}};
     expectMessages({tooLong});
     QVERIFY(start());
     QVERIFY(log().waitFor(listening));
     expectFrom(0);
     for (const Junk &junk : all) {
-        QVERIFY(lane().asio(QStringList(QStringLiteral("send")) + junk.arguments).succeeded());
+        QVERIFY(lane().asio(QStringList("send") + junk.arguments).succeeded());
         compareListener(junk.logged);
         if (QTest::currentTestFailed())
             return;
     }
     QVERIFY(!settingsDialog());
     // The largest message that is read asks for the window.
-    QVERIFY(lane().asio({QStringLiteral("send"), length, QStringLiteral("1024")}).succeeded());
-    compareListener({received(QStringLiteral("50462976 117835012 185207048 252579084 319951120")),
-                     openRequest, listening});
+    QVERIFY(lane().asio({"send", length, "1024"}).succeeded());
+    compareListener(
+        {received("50462976 117835012 185207048 252579084 319951120"), openRequest, listening});
     QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
 }
 
@@ -503,8 +474,7 @@ void tst_Settings::clientsThatComeAndGoAreLoggedAndTheNextRequestAnswered()
     QVERIFY(start());
     QVERIFY(log().waitFor(listening));
     QVERIFY(lane()
-                .asio({QStringLiteral("send"), QStringLiteral("--connect-and-drop"),
-                       QStringLiteral("--count"), QString::number(clients)})
+                .asio({"send", "--connect-and-drop", "--count", QString::number(clients)})
                 .succeeded());
     QVERIFY(log().waitFor(nothingReceived, clients));
     QVERIFY(isAnswered());
@@ -533,13 +503,12 @@ void tst_Settings::quitEndsTheProgramAtOnceWhateverTheListenerDoes_data()
     QTest::addColumn<QString>("ready");
     QTest::addColumn<QString>("logged");
     QTest::newRow("waiting") << QStringList() << QString() << listening;
-    QTest::newRow("a silent client") << hanging << QStringLiteral("connected") << listening;
-    QTest::newRow("between messages") << (sending(QStringLiteral("0 0 0 0 0"))
-                                          << QStringLiteral("--count") << QStringLiteral("100000"))
-                                      << QString() << received(QStringLiteral("0 0 0 0 0"));
+    QTest::newRow("a silent client") << hanging << "connected" << listening;
+    QTest::newRow("between messages") << (sending("0 0 0 0 0") << "--count"
+                                                               << "100000")
+                                      << QString() << received("0 0 0 0 0");
     QTest::newRow("after a dropped client")
-        << QStringList{QStringLiteral("send"), QStringLiteral("--connect-and-drop")} << QString()
-        << nothingReceived;
+        << QStringList{"send", "--connect-and-drop"} << QString() << nothingReceived;
 }
 
 void tst_Settings::quitEndsTheProgramAtOnceWhateverTheListenerDoes()
@@ -548,7 +517,7 @@ void tst_Settings::quitEndsTheProgramAtOnceWhateverTheListenerDoes()
     QFETCH(QString, ready);
     QFETCH(QString, logged);
     expectMessages(droppedTexts);
-    expectMessages({QStringLiteral("Error reading from pipe. Error code: 995")});
+    expectMessages({"Error reading from pipe. Error code: 995"});
     QVERIFY(start());
     QVERIFY(log().waitFor(listening));
     std::unique_ptr<ChildProcess> process;
@@ -565,7 +534,7 @@ void tst_Settings::quitEndsTheProgramAtOnceWhateverTheListenerDoes()
     QVERIFY(panel().waitForExit());
     qInfo("Quit took %lld ms", sinceClick.elapsed());
     QCOMPARE(panel().exitCode(), 0);
-    QCOMPARE(log().count(QStringLiteral("Pipe closed.")), 1);
+    QCOMPARE(log().count("Pipe closed."), 1);
     QVERIFY(!process || waitUntil([&] { return process->state() == QProcess::NotRunning; }));
 }
 

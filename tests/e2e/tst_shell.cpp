@@ -7,7 +7,7 @@
 
 namespace {
 
-const QString searching = QStringLiteral("Device PID: 0");
+const QString searching = "Device PID: 0";
 
 QStringList linesContaining(const QStringList &lines, const QStringList &parts)
 {
@@ -23,7 +23,7 @@ QStringList linesContaining(const QStringList &lines, const QStringList &parts)
 
 QString openLine(int bus, const QString &outcome)
 {
-    return QStringLiteral("Open device \\\\.\\VesmoraAudioBus%1 %2").arg(bus).arg(outcome);
+    return QString("Open device \\\\.\\VesmoraAudioBus%1 %2").arg(bus).arg(outcome);
 }
 
 } // namespace
@@ -79,7 +79,7 @@ void tst_Shell::aSingleClickOpensTheMainWindow()
     QVERIFY(start());
     QVERIFY(tray().click());
     QVERIFY(waitUntil([this] { return window().has_value(); }));
-    QCOMPARE(window()->title, QStringLiteral("Vesmora Driver"));
+    QCOMPARE(window()->title, "Vesmora Driver");
 }
 
 void tst_Shell::aDoubleClickOpensTheMainWindow()
@@ -87,7 +87,7 @@ void tst_Shell::aDoubleClickOpensTheMainWindow()
     QVERIFY(start());
     QVERIFY(tray().doubleClick());
     QVERIFY(waitUntil([this] { return window().has_value(); }));
-    QCOMPARE(desktop().windows().visibleWindows(QStringLiteral("Vesmora ")).size(), 1);
+    QCOMPARE(desktop().windows().visibleWindows("Vesmora ").size(), 1);
 }
 
 void tst_Shell::aMiddleClickDoesNothing()
@@ -141,8 +141,7 @@ void tst_Shell::aSecondCopyExitsAndLeavesTheFirstUndisturbed()
     QVERIFY(second);
     QVERIFY(second->waitForExit());
     QCOMPARE(second->exitCode(), 0);
-    QCOMPARE(panelMessages(second->log().lines()),
-             QStringList(QStringLiteral("Vesmora Mixer 已经在运行中。")));
+    QCOMPARE(panelMessages(second->log().lines()), QStringList("Vesmora Mixer 已经在运行中。"));
 
     QVERIFY(searchGoesOn());
     QCOMPARE(tray().icons().size(), 1);
@@ -186,10 +185,10 @@ void tst_Shell::quitEndsTheProgram()
     QFETCH(bool, withWindow);
     QVERIFY(start());
     QVERIFY(!withWindow || openWindow());
-    QVERIFY(!withDevice || plug(QStringLiteral("rx1")));
+    QVERIFY(!withDevice || plug("rx1"));
     QVERIFY(quit());
     QCOMPARE(panel().exitCode(), 0);
-    QVERIFY(log().waitFor(QStringLiteral("Settings dialog closed and resources cleaned up.")));
+    QVERIFY(log().waitFor("Settings dialog closed and resources cleaned up."));
 }
 
 void tst_Shell::withoutADeviceTheSearchGoesOn()
@@ -197,14 +196,13 @@ void tst_Shell::withoutADeviceTheSearchGoesOn()
     QVERIFY(start());
     QVERIFY(openWindow());
     QVERIFY(log().waitFor(searching, 3));
-    QCOMPARE(window()->title, QStringLiteral("Vesmora Driver"));
+    QCOMPARE(window()->title, "Vesmora Driver");
     QVERIFY(picture().knobs().isEmpty());
     // Every look tries all sixteen paths.
     const QStringList opens = log().outputLines();
     QVERIFY(opens.size() >= 3 * 16);
     for (qsizetype i = 0; i < opens.size(); ++i)
-        QCOMPARE(opens.at(i),
-                 openLine(static_cast<int>(i % 16), QStringLiteral("failed, error: 2")));
+        QCOMPARE(opens.at(i), openLine(static_cast<int>(i % 16), "failed, error: 2"));
 }
 
 void tst_Shell::aPluggedModelShowsItsPanelAndFirmware_data()
@@ -238,23 +236,23 @@ void tst_Shell::anUnknownIdentifierShowsALabelAndKeepsProbing()
     QVERIFY(openWindow());
     QVERIFY(log().waitFor(searching));
     const QImage before = desktop().windows().picture(window()->area);
-    QVERIFY(simulator().plug(QStringLiteral("3")));
-    QVERIFY(log().waitFor(QStringLiteral("Unknown device PID: 3"), 3));
+    QVERIFY(simulator().plug("3"));
+    QVERIFY(log().waitFor("Unknown device PID: 3", 3));
     QVERIFY(desktop().windows().picture(window()->area) != before);
     QVERIFY(picture().knobs().isEmpty());
-    QCOMPARE(log().count(QStringLiteral("Device found with PID:")), 0);
+    QCOMPARE(log().count("Device found with PID:"), 0);
 }
 
 void tst_Shell::aFailedFirmwareReadIsRetried()
 {
     QVERIFY(start());
     QVERIFY(openWindow());
-    QVERIFY(simulator().fail(QStringLiteral("getFirmwareVersion"), 2));
-    QVERIFY(plug(QStringLiteral("rx1")));
-    QCOMPARE(log().count(QStringLiteral("Failed to get firmware version.")), 2);
-    QCOMPARE(log().count(QStringLiteral("Adding rx1 widget to layout.")), 3);
+    QVERIFY(simulator().fail("getFirmwareVersion", 2));
+    QVERIFY(plug("rx1"));
+    QCOMPARE(log().count("Failed to get firmware version."), 2);
+    QCOMPARE(log().count("Adding rx1 widget to layout."), 3);
     QCOMPARE(pictureWith(3, 6).buttons().size(), 6);
-    QVERIFY(window()->title.startsWith(QStringLiteral("Vesmora RX1 - FW: ")));
+    QVERIFY(window()->title.startsWith("Vesmora RX1 - FW: "));
 }
 
 void tst_Shell::theThirdFailedPollTearsThePanelDown()
@@ -265,10 +263,9 @@ void tst_Shell::theThirdFailedPollTearsThePanelDown()
     QVERIFY(plug(model.name));
     QVERIFY(unplug());
     QVERIFY(searchGoesOn());
-    const QString failedPoll =
-        QStringLiteral("Error reading device PID from driver, error count: ");
-    const QString deleted = QStringLiteral("Meter driver handle deleted.");
-    const QString cleared = QStringLiteral("Cleared all widgets from base layout.");
+    const QString failedPoll = "Error reading device PID from driver, error count: ";
+    const QString deleted = "Meter driver handle deleted.";
+    const QString cleared = "Cleared all widgets from base layout.";
     QCOMPARE(
         linesContaining(log().lines(), {failedPoll, deleted, cleared}),
         QStringList({failedPoll + u'1', failedPoll + u'2', failedPoll + u'3', deleted, cleared}));
@@ -279,39 +276,37 @@ void tst_Shell::theThirdFailedPollTearsThePanelDown()
 void tst_Shell::aSingleFailedPollIsForgotten()
 {
     QVERIFY(start());
-    QVERIFY(plug(QStringLiteral("rm")));
-    const QString failedPoll =
-        QStringLiteral("Error reading device PID from driver, error count: ");
+    QVERIFY(plug("rm"));
+    const QString failedPoll = "Error reading device PID from driver, error count: ";
     for (int i = 1; i <= 3; ++i) {
-        QVERIFY(simulator().fail(QStringLiteral("getDevicePid"), 1));
+        QVERIFY(simulator().fail("getDevicePid", 1));
         QVERIFY(log().waitFor(failedPoll, i));
         // A successful poll in between starts the count anew.
         QVERIFY(simulator().clearRecord());
-        QVERIFY(
-            waitUntil([this] { return sentBesides(QStringLiteral("getDevicePid")).size() >= 1; }));
+        QVERIFY(waitUntil([this] { return sentBesides("getDevicePid").size() >= 1; }));
     }
     QCOMPARE(log().count(failedPoll + u'1'), 3);
-    QCOMPARE(log().count(QStringLiteral("Meter driver handle deleted.")), 0);
+    QCOMPARE(log().count("Meter driver handle deleted."), 0);
 }
 
 void tst_Shell::aDevicePluggedInBeforeTheStartIsShown()
 {
-    QVERIFY(simulator().plug(QStringLiteral("rm")));
+    QVERIFY(simulator().plug("rm"));
     QVERIFY(start());
-    QVERIFY(log().waitFor(QStringLiteral("Adding rm widget to layout.")));
+    QVERIFY(log().waitFor("Adding rm widget to layout."));
     QVERIFY(openWindow());
     QCOMPARE(pictureWith(2, 3).knobs().size(), 2);
-    QVERIFY(window()->title.startsWith(QStringLiteral("Vesmora RM - FW: ")));
+    QVERIFY(window()->title.startsWith("Vesmora RM - FW: "));
 }
 
 void tst_Shell::aDeviceOnTheFourthBusIsFoundAfterThreeFailedOpens()
 {
-    QVERIFY(simulator().plug(QStringLiteral("rx1"), 3));
+    QVERIFY(simulator().plug("rx1", 3));
     QVERIFY(start());
-    QVERIFY(log().waitFor(QStringLiteral("Device found with PID: 1")));
-    const QString failed = QStringLiteral("failed, error: 2");
+    QVERIFY(log().waitFor("Device found with PID: 1"));
+    const QString failed = "failed, error: 2";
     const QStringList oneOpen{openLine(0, failed), openLine(1, failed), openLine(2, failed),
-                              openLine(3, QStringLiteral("success!"))};
+                              openLine(3, "success!")};
     // The probe, the settings dialog, the panel and the poll each open the device.
     QVERIFY(waitUntil([this] { return log().outputLines().size() >= 16; }));
     QCOMPARE(log().outputLines(), oneOpen + oneOpen + oneOpen + oneOpen);
@@ -320,11 +315,11 @@ void tst_Shell::aDeviceOnTheFourthBusIsFoundAfterThreeFailedOpens()
 void tst_Shell::theTranslationFollowsTheLocale_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::newRow("en_US") << QStringLiteral("VesmoraDriver_en_US.qm");
-    QTest::newRow("en_GB") << QStringLiteral("VesmoraDriver_en_US.qm");
-    QTest::newRow("zh_CN") << QStringLiteral("VesmoraDriver_zh_CN.qm");
-    QTest::newRow("zh_TW") << QStringLiteral("VesmoraDriver_zh_CN.qm");
-    QTest::newRow("fr_FR") << QStringLiteral("VesmoraDriver_en_US.qm");
+    QTest::newRow("en_US") << "VesmoraDriver_en_US.qm";
+    QTest::newRow("en_GB") << "VesmoraDriver_en_US.qm";
+    QTest::newRow("zh_CN") << "VesmoraDriver_zh_CN.qm";
+    QTest::newRow("zh_TW") << "VesmoraDriver_zh_CN.qm";
+    QTest::newRow("fr_FR") << "VesmoraDriver_en_US.qm";
 }
 
 void tst_Shell::theTranslationFollowsTheLocale()
@@ -333,22 +328,22 @@ void tst_Shell::theTranslationFollowsTheLocale()
     const QString locale = QString::fromLatin1(QTest::currentDataTag());
     QVERIFY(start(locale));
     QVERIFY(log().waitFor(searching));
-    const QStringList codes = log().linesWith(QStringLiteral("系统返回的语言代码："));
+    const QStringList codes = log().linesWith("系统返回的语言代码：");
     QCOMPARE(codes.size(), 1);
     QVERIFY2(codes.first().contains(locale), qPrintable(codes.first()));
-    const QStringList loaded = log().linesWith(QStringLiteral("成功加载翻译文件："));
+    const QStringList loaded = log().linesWith("成功加载翻译文件：");
     QCOMPARE(loaded.size(), 1);
     QVERIFY2(loaded.first().contains(file), qPrintable(loaded.first()));
-    QCOMPARE(log().count(QStringLiteral("加载默认翻译文件：")), 0);
-    QCOMPARE(log().count(QStringLiteral("未找到任何翻译文件，使用原始文本")), 0);
+    QCOMPARE(log().count("加载默认翻译文件："), 0);
+    QCOMPARE(log().count("未找到任何翻译文件，使用原始文本"), 0);
 }
 
 void tst_Shell::withoutTranslationFilesTheProgramWarnsOnce()
 {
-    QVERIFY(follow(lane().launchWithoutTranslations(QStringLiteral("zh_CN"))));
+    QVERIFY(follow(lane().launchWithoutTranslations("zh_CN")));
     QVERIFY(log().waitFor(searching));
-    QCOMPARE(log().count(QStringLiteral("未找到任何翻译文件，使用原始文本")), 1);
-    QCOMPARE(log().count(QStringLiteral("成功加载翻译文件：")), 0);
+    QCOMPARE(log().count("未找到任何翻译文件，使用原始文本"), 1);
+    QCOMPARE(log().count("成功加载翻译文件："), 0);
     QVERIFY(openWindow());
     QVERIFY(log().waitFor(searching));
 }

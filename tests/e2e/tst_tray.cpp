@@ -29,18 +29,18 @@ void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn_data()
 void tst_Tray::upgradeFirmwareReachesTheInterfaceOnAConnectionOfItsOwn()
 {
     QFETCH(QString, model);
-    const QString command = QStringLiteral("upgradeFirmware");
+    const QString command = "upgradeFirmware";
     QVERIFY(start());
     QVERIFY(plug(model));
     QVERIFY(tray().choose(Tray::UpgradeFirmware));
-    const QStringList expected{QStringLiteral("open"), command, QStringLiteral("close")};
+    const QStringList expected{"open", command, "close"};
     QVERIFY(waitUntil([&] { return sentBesides(command) == expected; }));
     QVERIFY(panel().isRunning());
 }
 
 void tst_Tray::upgradeFirmwareWithoutAnInterfaceSaysSoInTheLog()
 {
-    const QString message = QStringLiteral("Failed to create device in rx1.");
+    const QString message = "Failed to create device in rx1.";
     expectMessages({message});
     QVERIFY(start());
     QVERIFY(tray().choose(Tray::UpgradeFirmware));
@@ -51,7 +51,7 @@ void tst_Tray::upgradeFirmwareWithoutAnInterfaceSaysSoInTheLog()
 
 void tst_Tray::winSoundPannelOpensWindowsOwn()
 {
-    const QString message = QStringLiteral("声音设置面板已打开。");
+    const QString message = "声音设置面板已打开。";
     expectMessages({message});
     QVERIFY(lane().provideWindowsPrograms());
     QVERIFY(start());
@@ -62,7 +62,7 @@ void tst_Tray::winSoundPannelOpensWindowsOwn()
 
 void tst_Tray::refreshAudioDeviceStartsTheShellAnew()
 {
-    const QString message = QStringLiteral("资源管理器已成功重启");
+    const QString message = "资源管理器已成功重启";
     expectMessages({message});
     QVERIFY(lane().provideWindowsPrograms());
     QVERIFY(start());

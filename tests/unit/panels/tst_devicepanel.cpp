@@ -6,12 +6,12 @@
 #include <QVBoxLayout>
 
 /// What all panels share: how they begin without a device and how they end.
-class DevicePanelTest : public PanelFixture
+class tst_DevicePanel : public PanelFixture
 {
     Q_OBJECT
 
 public:
-    DevicePanelTest()
+    tst_DevicePanel()
         : PanelFixture("rx1")
     { }
 
@@ -43,14 +43,14 @@ private:
     void edit(Knob &knob, const QString &text);
 };
 
-void DevicePanelTest::verifyEmpty()
+void tst_DevicePanel::verifyEmpty()
 {
     QVERIFY(panel().children().isEmpty());
     QVERIFY(!panel().layout());
     QVERIFY(!QFile::exists(settingsFile()));
 }
 
-void DevicePanelTest::edit(Knob &knob, const QString &text)
+void tst_DevicePanel::edit(Knob &knob, const QString &text)
 {
     panel().show();
     QVERIFY(QTest::qWaitForWindowActive(&panel()));
@@ -62,7 +62,7 @@ void DevicePanelTest::edit(Knob &knob, const QString &text)
     QCOMPARE(knob.editor->text(), text);
 }
 
-void DevicePanelTest::withoutADeviceThePanelStaysEmpty()
+void tst_DevicePanel::withoutADeviceThePanelStaysEmpty()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -74,7 +74,7 @@ void DevicePanelTest::withoutADeviceThePanelStaysEmpty()
     verifyEmpty();
 }
 
-void DevicePanelTest::aRefusedOpenLeavesThePanelEmpty()
+void tst_DevicePanel::aRefusedOpenLeavesThePanelEmpty()
 {
     if (!simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
@@ -89,7 +89,7 @@ void DevicePanelTest::aRefusedOpenLeavesThePanelEmpty()
     QCOMPARE(takeEvents(), QStringList());
 }
 
-void DevicePanelTest::aDeviceOnAnyBusIsFound()
+void tst_DevicePanel::aDeviceOnAnyBusIsFound()
 {
     QVERIFY(simulator().unplug());
     QVERIFY(simulator().plug(model().identifier, 15));
@@ -99,7 +99,7 @@ void DevicePanelTest::aDeviceOnAnyBusIsFound()
     QCOMPARE(panel().findChildren<Knob *>().size(), model().knobs().size());
 }
 
-void DevicePanelTest::outputVolumesAreNotAnsweredFor()
+void tst_DevicePanel::outputVolumesAreNotAnsweredFor()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -115,7 +115,7 @@ void DevicePanelTest::outputVolumesAreNotAnsweredFor()
     QVERIFY(panel().layout());
 }
 
-void DevicePanelTest::deletingClosesTheDeviceAndSendsNothing()
+void tst_DevicePanel::deletingClosesTheDeviceAndSendsNothing()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -127,7 +127,7 @@ void DevicePanelTest::deletingClosesTheDeviceAndSendsNothing()
     QCOMPARE(savedLines(), before);
 }
 
-void DevicePanelTest::deletingStopsTheMeters()
+void tst_DevicePanel::deletingStopsTheMeters()
 {
     buildQuietly();
     const QPointer<QTimer> timer = panel().findChild<QTimer *>();
@@ -140,7 +140,7 @@ void DevicePanelTest::deletingStopsTheMeters()
     QCOMPARE(takeEvents().last(), "close");
 }
 
-void DevicePanelTest::deletingAnUnpluggedPanelClosesItsHandle()
+void tst_DevicePanel::deletingAnUnpluggedPanelClosesItsHandle()
 {
     buildQuietly();
     QVERIFY(simulator().unplug());
@@ -149,7 +149,7 @@ void DevicePanelTest::deletingAnUnpluggedPanelClosesItsHandle()
     QCOMPARE(takeEvents(), QStringList("close"));
 }
 
-void DevicePanelTest::deletingWithAnEditorOpenCommitsNothing()
+void tst_DevicePanel::deletingWithAnEditorOpenCommitsNothing()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -162,7 +162,7 @@ void DevicePanelTest::deletingWithAnEditorOpenCommitsNothing()
     QCOMPARE(savedLines(), before);
 }
 
-void DevicePanelTest::aWindowDeletesItsPanel()
+void tst_DevicePanel::aWindowDeletesItsPanel()
 {
     buildQuietly();
     {
@@ -176,14 +176,14 @@ void DevicePanelTest::aWindowDeletesItsPanel()
     QCOMPARE(takeEvents(), QStringList("close"));
 }
 
-void DevicePanelTest::eachPanelHasAConnectionOfItsOwn()
+void tst_DevicePanel::eachPanelHasAConnectionOfItsOwn()
 {
     build();
     const std::unique_ptr<QWidget> second = createPanel(model());
     QCOMPARE(simulator().state().openHandles, 2u);
 }
 
-void DevicePanelTest::aPanelBuiltAgainTakesOverTheState()
+void tst_DevicePanel::aPanelBuiltAgainTakesOverTheState()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -207,7 +207,7 @@ void DevicePanelTest::aPanelBuiltAgainTakesOverTheState()
         QVERIFY(button->isSelected);
 }
 
-void DevicePanelTest::aTypedValueIsSentAndSaved()
+void tst_DevicePanel::aTypedValueIsSentAndSaved()
 {
     build();
     edit(knob("Mic"), "99");
@@ -217,5 +217,5 @@ void DevicePanelTest::aTypedValueIsSentAndSaved()
     QCOMPARE(saved().value("Dial/MicValue"), "42");
 }
 
-QTEST_MAIN(DevicePanelTest)
+QTEST_MAIN(tst_DevicePanel)
 #include "tst_devicepanel.moc"

@@ -29,12 +29,12 @@ QStringList placeholders(const PanelModel &model)
 } // namespace
 
 /// The level readouts of all panels.
-class LevelMetersTest : public PanelFixture
+class tst_LevelMeters : public PanelFixture
 {
     Q_OBJECT
 
 public:
-    LevelMetersTest()
+    tst_LevelMeters()
         : PanelFixture("rx2")
     { }
 
@@ -66,7 +66,7 @@ private slots:
     void theFailureOfAnUnpluggedDeviceIsLoggedEachTick();
 };
 
-void LevelMetersTest::aPeakReadsAsDecibels_data()
+void tst_LevelMeters::aPeakReadsAsDecibels_data()
 {
     QTest::addColumn<qint32>("peak");
     QTest::addColumn<QString>("text");
@@ -82,7 +82,7 @@ void LevelMetersTest::aPeakReadsAsDecibels_data()
     QTest::newRow("lowest") << lowest << "nan dB";
 }
 
-void LevelMetersTest::aPeakReadsAsDecibels()
+void tst_LevelMeters::aPeakReadsAsDecibels()
 {
     QFETCH(qint32, peak);
     QTEST(LevelMeters::text(peak), "text");
@@ -93,7 +93,7 @@ void LevelMetersTest::aPeakReadsAsDecibels()
     QTEST(meterTexts().first(), "text");
 }
 
-void LevelMetersTest::theMeanOfTwoPeaksWrapsAndTruncates_data()
+void tst_LevelMeters::theMeanOfTwoPeaksWrapsAndTruncates_data()
 {
     QTest::addColumn<qint32>("left");
     QTest::addColumn<qint32>("right");
@@ -111,7 +111,7 @@ void LevelMetersTest::theMeanOfTwoPeaksWrapsAndTruncates_data()
     QTest::newRow("lowest and minus one wrap") << lowest << -1 << fullScale / 2;
 }
 
-void LevelMetersTest::theMeanOfTwoPeaksWrapsAndTruncates()
+void tst_LevelMeters::theMeanOfTwoPeaksWrapsAndTruncates()
 {
     QFETCH(qint32, left);
     QFETCH(qint32, right);
@@ -119,7 +119,7 @@ void LevelMetersTest::theMeanOfTwoPeaksWrapsAndTruncates()
     QTEST(LevelMeters::mean(right, left), "mean");
 }
 
-void LevelMetersTest::showPlaceholdersUntilTheFirstRead()
+void tst_LevelMeters::showPlaceholdersUntilTheFirstRead()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -128,7 +128,7 @@ void LevelMetersTest::showPlaceholdersUntilTheFirstRead()
     QCOMPARE(meterTexts(), placeholders(model));
 }
 
-void LevelMetersTest::eachMeterShowsItsField()
+void tst_LevelMeters::eachMeterShowsItsField()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -144,7 +144,7 @@ void LevelMetersTest::eachMeterShowsItsField()
     QCOMPARE(meterTexts(), expected);
 }
 
-void LevelMetersTest::aTickReadsTheRecordOnce()
+void tst_LevelMeters::aTickReadsTheRecordOnce()
 {
     buildQuietly();
     tick();
@@ -152,7 +152,7 @@ void LevelMetersTest::aTickReadsTheRecordOnce()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void LevelMetersTest::bothPhoneMetersAlwaysShowTheSame()
+void tst_LevelMeters::bothPhoneMetersAlwaysShowTheSame()
 {
     build();
     for (const qint32 left : {0, 1, 123456789, fullScale, lowest}) {
@@ -167,7 +167,7 @@ void LevelMetersTest::bothPhoneMetersAlwaysShowTheSame()
     }
 }
 
-void LevelMetersTest::thePhoneShowsTheMeanOfTheRawPeaks_data()
+void tst_LevelMeters::thePhoneShowsTheMeanOfTheRawPeaks_data()
 {
     QTest::addColumn<qint32>("left");
     QTest::addColumn<qint32>("right");
@@ -179,7 +179,7 @@ void LevelMetersTest::thePhoneShowsTheMeanOfTheRawPeaks_data()
     QTest::newRow("both lowest") << lowest << lowest << "-inf dB";
 }
 
-void LevelMetersTest::thePhoneShowsTheMeanOfTheRawPeaks()
+void tst_LevelMeters::thePhoneShowsTheMeanOfTheRawPeaks()
 {
     QFETCH(qint32, left);
     QFETCH(qint32, right);
@@ -195,7 +195,7 @@ void LevelMetersTest::thePhoneShowsTheMeanOfTheRawPeaks()
     }
 }
 
-void LevelMetersTest::noOtherFieldCounts()
+void tst_LevelMeters::noOtherFieldCounts()
 {
     QMap<int, qint32> others;
     for (int i = 4; i < 192; ++i)
@@ -206,14 +206,14 @@ void LevelMetersTest::noOtherFieldCounts()
     QCOMPARE(meterTexts(), QStringList(4, "-inf dB"));
 }
 
-void LevelMetersTest::silenceIsMinusInfinityAndNotThePlaceholder()
+void tst_LevelMeters::silenceIsMinusInfinityAndNotThePlaceholder()
 {
     build();
     tick();
     QCOMPARE(meterTexts(), QStringList(4, "-inf dB"));
 }
 
-void LevelMetersTest::theLowestPeakIsNotANumber()
+void tst_LevelMeters::theLowestPeakIsNotANumber()
 {
     QVERIFY(simulator().setMeters({{0, lowest}, {1, lowest}, {2, lowest}}));
     build();
@@ -222,7 +222,7 @@ void LevelMetersTest::theLowestPeakIsNotANumber()
     QCOMPARE(meterTexts(), QStringList({"nan dB", "nan dB", "-6.0 dB", "-6.0 dB"}));
 }
 
-void LevelMetersTest::refreshTwiceASecond()
+void tst_LevelMeters::refreshTwiceASecond()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -234,7 +234,7 @@ void LevelMetersTest::refreshTwiceASecond()
     QCOMPARE(timers.first()->interval(), 500);
 }
 
-void LevelMetersTest::followTheDeviceByThemselves()
+void tst_LevelMeters::followTheDeviceByThemselves()
 {
     build();
     QVERIFY(simulator().setMeters({{0, fullScale}}));
@@ -243,7 +243,7 @@ void LevelMetersTest::followTheDeviceByThemselves()
     QTRY_COMPARE(meterTexts().first(), "-20.0 dB");
 }
 
-void LevelMetersTest::everyFailingReadIsLoggedAndKeepsTheTexts()
+void tst_LevelMeters::everyFailingReadIsLoggedAndKeepsTheTexts()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -264,7 +264,7 @@ void LevelMetersTest::everyFailingReadIsLoggedAndKeepsTheTexts()
     }
 }
 
-void LevelMetersTest::readsThatFailFromTheStartLeaveThePlaceholders()
+void tst_LevelMeters::readsThatFailFromTheStartLeaveThePlaceholders()
 {
     QVERIFY(simulator().fail("readMeterData", 1, ERROR_GEN_FAILURE, 0));
     buildQuietly();
@@ -274,7 +274,7 @@ void LevelMetersTest::readsThatFailFromTheStartLeaveThePlaceholders()
     QCOMPARE(meterTexts(), placeholders(model()));
 }
 
-void LevelMetersTest::goOnAfterAFailure()
+void tst_LevelMeters::goOnAfterAFailure()
 {
     QVERIFY(simulator().fail("readMeterData", 2, ERROR_GEN_FAILURE, 1));
     QVERIFY(simulator().setMeters({{0, fullScale}}));
@@ -286,7 +286,7 @@ void LevelMetersTest::goOnAfterAFailure()
     QCOMPARE(log(), QStringList(failedRead));
 }
 
-void LevelMetersTest::theFailureOfAnUnpluggedDeviceIsLoggedEachTick()
+void tst_LevelMeters::theFailureOfAnUnpluggedDeviceIsLoggedEachTick()
 {
     buildQuietly();
     QVERIFY(simulator().unplug());
@@ -297,5 +297,5 @@ void LevelMetersTest::theFailureOfAnUnpluggedDeviceIsLoggedEachTick()
     QCOMPARE(takeLog(), twice(failedRead));
 }
 
-QTEST_MAIN(LevelMetersTest)
+QTEST_MAIN(tst_LevelMeters)
 #include "tst_levelmeters.moc"

@@ -14,12 +14,12 @@ constexpr int emissionsOfAClick = 2;
 
 /// Every command of every panel fails, one after the other: what reaches the device, the log, the
 /// settings file and the texts is what it ought to be.
-class PanelFaultsTest : public PanelFixture
+class tst_PanelFaults : public PanelFixture
 {
     Q_OBJECT
 
 public:
-    PanelFaultsTest()
+    tst_PanelFaults()
         : PanelFixture("rx1")
     { }
 
@@ -53,7 +53,7 @@ private:
     int m_injected = 0;
 };
 
-void PanelFaultsTest::addModelAndErrorRows()
+void tst_PanelFaults::addModelAndErrorRows()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<quint32>("error");
@@ -64,13 +64,13 @@ void PanelFaultsTest::addModelAndErrorRows()
     }
 }
 
-void PanelFaultsTest::inject(const QString &command, int nth, DWORD error)
+void tst_PanelFaults::inject(const QString &command, int nth, DWORD error)
 {
     QVERIFY2(simulator().fail(command, nth, error), qPrintable(simulator().errorString()));
     ++m_injected;
 }
 
-void PanelFaultsTest::set(const PanelControl &control, int value)
+void tst_PanelFaults::set(const PanelControl &control, int value)
 {
     if (control.isKnob())
         knob(control.name).setValue(value);
@@ -79,7 +79,7 @@ void PanelFaultsTest::set(const PanelControl &control, int value)
 }
 
 /// Clicks a button; of the two requests the one numbered @p failing (from 1; 0 for none) fails.
-void PanelFaultsTest::press(const PanelControl &control, ExpectedPanel &expected, int failing,
+void tst_PanelFaults::press(const PanelControl &control, ExpectedPanel &expected, int failing,
                             DWORD error)
 {
     if (failing > 0)
@@ -91,7 +91,7 @@ void PanelFaultsTest::press(const PanelControl &control, ExpectedPanel &expected
 }
 
 /// Sets a knob; its request fails unless @p error is 0.
-void PanelFaultsTest::move(const PanelControl &control, int db, ExpectedPanel &expected,
+void tst_PanelFaults::move(const PanelControl &control, int db, ExpectedPanel &expected,
                            DWORD error)
 {
     if (error != 0)
@@ -100,7 +100,7 @@ void PanelFaultsTest::move(const PanelControl &control, int db, ExpectedPanel &e
     expected.act(control, db, quint32(error));
 }
 
-void PanelFaultsTest::everyCommandOfConstructionFails()
+void tst_PanelFaults::everyCommandOfConstructionFails()
 {
     QFETCH(PanelModel, model);
     QFETCH(quint32, error);
@@ -118,7 +118,7 @@ void PanelFaultsTest::everyCommandOfConstructionFails()
     }
 }
 
-void PanelFaultsTest::everyOpenFails()
+void tst_PanelFaults::everyOpenFails()
 {
     if (!simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
@@ -133,7 +133,7 @@ void PanelFaultsTest::everyOpenFails()
     QVERIFY(panel().children().isEmpty());
 }
 
-void PanelFaultsTest::everyHandlersCommandFails()
+void tst_PanelFaults::everyHandlersCommandFails()
 {
     QFETCH(PanelModel, model);
     QFETCH(quint32, error);
@@ -160,7 +160,7 @@ void PanelFaultsTest::everyHandlersCommandFails()
     }
 }
 
-void PanelFaultsTest::everyHandlerOfAnUnpluggedDeviceFails()
+void tst_PanelFaults::everyHandlerOfAnUnpluggedDeviceFails()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -182,7 +182,7 @@ void PanelFaultsTest::everyHandlerOfAnUnpluggedDeviceFails()
     }
 }
 
-void PanelFaultsTest::everyCommandFailsForEver()
+void tst_PanelFaults::everyCommandFailsForEver()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -207,7 +207,7 @@ void PanelFaultsTest::everyCommandFailsForEver()
     }
 }
 
-void PanelFaultsTest::everyMeterReadFails()
+void tst_PanelFaults::everyMeterReadFails()
 {
     QFETCH(PanelModel, model);
     QFETCH(quint32, error);
@@ -224,7 +224,7 @@ void PanelFaultsTest::everyMeterReadFails()
     QCOMPARE(meterTexts(), QStringList(texts.size(), "-inf dB"));
 }
 
-void PanelFaultsTest::aFailedBlockIsMadeUpForByTheNext()
+void tst_PanelFaults::aFailedBlockIsMadeUpForByTheNext()
 {
     buildQuietly();
     inject("sendMixerBlock", 1, ERROR_GEN_FAILURE);
@@ -237,7 +237,7 @@ void PanelFaultsTest::aFailedBlockIsMadeUpForByTheNext()
              QStringList({"Failed to set headphone volume.", "OTG to HP volume set to: 0.1"}));
 }
 
-void PanelFaultsTest::anyActionsAndFaultsInAnyOrder_data()
+void tst_PanelFaults::anyActionsAndFaultsInAnyOrder_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<quint32>("seed");
@@ -247,7 +247,7 @@ void PanelFaultsTest::anyActionsAndFaultsInAnyOrder_data()
     }
 }
 
-void PanelFaultsTest::actAtRandom(QRandomGenerator &random, ExpectedPanel &expected)
+void tst_PanelFaults::actAtRandom(QRandomGenerator &random, ExpectedPanel &expected)
 {
     const auto chance = [&] { return random.bounded(3) == 0; };
     const PanelControl control =
@@ -258,7 +258,7 @@ void PanelFaultsTest::actAtRandom(QRandomGenerator &random, ExpectedPanel &expec
         press(control, expected, chance() ? random.bounded(1, 3) : 0, ERROR_GEN_FAILURE);
 }
 
-void PanelFaultsTest::anyActionsAndFaultsInAnyOrder()
+void tst_PanelFaults::anyActionsAndFaultsInAnyOrder()
 {
     QFETCH(PanelModel, model);
     QFETCH(quint32, seed);
@@ -273,10 +273,10 @@ void PanelFaultsTest::anyActionsAndFaultsInAnyOrder()
     }
 }
 
-void PanelFaultsTest::cleanupTestCase()
+void tst_PanelFaults::cleanupTestCase()
 {
     qInfo("%d faults injected", m_injected);
 }
 
-QTEST_MAIN(PanelFaultsTest)
+QTEST_MAIN(tst_PanelFaults)
 #include "tst_panelfaults.moc"

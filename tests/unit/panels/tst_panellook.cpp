@@ -151,12 +151,12 @@ QString styleOf(const Button &button)
 } // namespace
 
 /// What the panels are made of and what they look like.
-class PanelLookTest : public PanelFixture
+class tst_PanelLook : public PanelFixture
 {
     Q_OBJECT
 
 public:
-    PanelLookTest()
+    tst_PanelLook()
         : PanelFixture("rx1")
     { }
 
@@ -184,7 +184,7 @@ private:
     QStringList texts();
 };
 
-template <typename Control> QStringList PanelLookTest::descriptions()
+template <typename Control> QStringList tst_PanelLook::descriptions()
 {
     QStringList lines;
     const QList<QWidget *> widgets = widgetsInOrder(*panel().layout());
@@ -195,7 +195,7 @@ template <typename Control> QStringList PanelLookTest::descriptions()
     return lines;
 }
 
-QStringList PanelLookTest::texts()
+QStringList tst_PanelLook::texts()
 {
     QStringList lines;
     const QList<QWidget *> widgets = widgetsInOrder(*panel().layout());
@@ -208,7 +208,7 @@ QStringList PanelLookTest::texts()
     return lines;
 }
 
-void PanelLookTest::columnsHoldTheseWidgetsInOrder_data()
+void tst_PanelLook::columnsHoldTheseWidgetsInOrder_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("layout");
@@ -217,7 +217,7 @@ void PanelLookTest::columnsHoldTheseWidgetsInOrder_data()
     QTest::newRow("rm") << panelModel("rm") << rmLayout();
 }
 
-void PanelLookTest::columnsHoldTheseWidgetsInOrder()
+void tst_PanelLook::columnsHoldTheseWidgetsInOrder()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -230,7 +230,7 @@ void PanelLookTest::columnsHoldTheseWidgetsInOrder()
     QCOMPARE(children.size(), widgetsInOrder(*panel().layout()).size());
 }
 
-void PanelLookTest::knobsLookLikeThis_data()
+void tst_PanelLook::knobsLookLikeThis_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("knobs");
@@ -244,7 +244,7 @@ void PanelLookTest::knobsLookLikeThis_data()
                         << QStringList({gainKnob("Mic", 42), volumeKnob("Headphone")});
 }
 
-void PanelLookTest::knobsLookLikeThis()
+void tst_PanelLook::knobsLookLikeThis()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -252,7 +252,7 @@ void PanelLookTest::knobsLookLikeThis()
     QTEST(descriptions<Knob>(), "knobs");
 }
 
-void PanelLookTest::buttonsLookLikeThis_data()
+void tst_PanelLook::buttonsLookLikeThis_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("buttons");
@@ -268,7 +268,7 @@ void PanelLookTest::buttonsLookLikeThis_data()
     QTest::newRow("rm") << panelModel("rm") << QStringList{direct} + outputButtons("Headphone");
 }
 
-void PanelLookTest::buttonsLookLikeThis()
+void tst_PanelLook::buttonsLookLikeThis()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -276,7 +276,7 @@ void PanelLookTest::buttonsLookLikeThis()
     QTEST(descriptions<Button>(), "buttons");
 }
 
-void PanelLookTest::buttonsAreStyledFromTheStart()
+void tst_PanelLook::buttonsAreStyledFromTheStart()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -290,7 +290,7 @@ void PanelLookTest::buttonsAreStyledFromTheStart()
     }
 }
 
-void PanelLookTest::buttonsIgnoreNoPress()
+void tst_PanelLook::buttonsIgnoreNoPress()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -302,7 +302,7 @@ void PanelLookTest::buttonsIgnoreNoPress()
     }
 }
 
-void PanelLookTest::phoneRowsAreSpacedByEight()
+void tst_PanelLook::phoneRowsAreSpacedByEight()
 {
     for (const PanelModel &model : allPanelModels()) {
         begin(model);
@@ -318,7 +318,7 @@ void PanelLookTest::phoneRowsAreSpacedByEight()
     }
 }
 
-void PanelLookTest::exactlyTheseTextsAreTranslated_data()
+void tst_PanelLook::exactlyTheseTextsAreTranslated_data()
 {
     QTest::addColumn<PanelModel>("model");
     QTest::addColumn<QStringList>("asked");
@@ -345,7 +345,7 @@ void PanelLookTest::exactlyTheseTextsAreTranslated_data()
                                         "«Volume»", "MUTE", "DIM"});
 }
 
-void PanelLookTest::exactlyTheseTextsAreTranslated()
+void tst_PanelLook::exactlyTheseTextsAreTranslated()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -357,7 +357,7 @@ void PanelLookTest::exactlyTheseTextsAreTranslated()
     QTEST(texts(), "shown");
 }
 
-void PanelLookTest::bothTextsOfTheInstrumentButtonAreTranslated()
+void tst_PanelLook::bothTextsOfTheInstrumentButtonAreTranslated()
 {
     const MarkingTranslator translator;
     build();
@@ -368,7 +368,7 @@ void PanelLookTest::bothTextsOfTheInstrumentButtonAreTranslated()
     QCOMPARE(button("MicInstr").text(), "«MIC»");
 }
 
-void PanelLookTest::panelsHaveNoParent()
+void tst_PanelLook::panelsHaveNoParent()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -377,5 +377,5 @@ void PanelLookTest::panelsHaveNoParent()
     QCOMPARE(panel().metaObject()->className(), model.name);
 }
 
-QTEST_MAIN(PanelLookTest)
+QTEST_MAIN(tst_PanelLook)
 #include "tst_panellook.moc"

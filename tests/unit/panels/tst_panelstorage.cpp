@@ -69,12 +69,12 @@ private:
 
 /// The panels' settings files when they are damaged or cannot be had. What is said of the RX1 holds
 /// for all, which share the code.
-class PanelStorageTest : public PanelFixture
+class tst_PanelStorage : public PanelFixture
 {
     Q_OBJECT
 
 public:
-    PanelStorageTest()
+    tst_PanelStorage()
         : PanelFixture("rx1")
     { }
 
@@ -113,7 +113,7 @@ private:
 };
 
 /// Builds the panel of @p model with @p texts in its file for the knobs of these names.
-PanelStorageTest::KnobStart PanelStorageTest::startWith(const PanelModel &model,
+tst_PanelStorage::KnobStart tst_PanelStorage::startWith(const PanelModel &model,
                                                         const QMap<QString, QByteArray> &texts)
 {
     begin(model);
@@ -129,14 +129,14 @@ PanelStorageTest::KnobStart PanelStorageTest::startWith(const PanelModel &model,
     return start;
 }
 
-void PanelStorageTest::compareStarts(const KnobStart &actual, const KnobStart &expected)
+void tst_PanelStorage::compareStarts(const KnobStart &actual, const KnobStart &expected)
 {
     QCOMPARE(actual.values, expected.values);
     QCOMPARE(actual.sent, expected.sent);
     QCOMPARE(actual.saved, expected.saved);
 }
 
-void PanelStorageTest::keysAreSavedInTheOrderOfReplay()
+void tst_PanelStorage::keysAreSavedInTheOrderOfReplay()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -150,7 +150,7 @@ void PanelStorageTest::keysAreSavedInTheOrderOfReplay()
     QCOMPARE(observer.found(), expected);
 }
 
-void PanelStorageTest::anUnreadableFileYieldsTheDefaults_data()
+void tst_PanelStorage::anUnreadableFileYieldsTheDefaults_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("empty") << QByteArray();
@@ -165,7 +165,7 @@ void PanelStorageTest::anUnreadableFileYieldsTheDefaults_data()
     QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0D\0i\0a\0l\0]\0\n\0", 16);
 }
 
-void PanelStorageTest::anUnreadableFileYieldsTheDefaults()
+void tst_PanelStorage::anUnreadableFileYieldsTheDefaults()
 {
     QFETCH(QByteArray, text);
     writeSettings(text);
@@ -183,7 +183,7 @@ void PanelStorageTest::anUnreadableFileYieldsTheDefaults()
     QCOMPARE(log, takeLog());
 }
 
-void PanelStorageTest::aPartOfTheKeysIsEnough()
+void tst_PanelStorage::aPartOfTheKeysIsEnough()
 {
     writeSettings("[Dial]\nHeadphoneValue=-12\n");
     build();
@@ -192,7 +192,7 @@ void PanelStorageTest::aPartOfTheKeysIsEnough()
     QCOMPARE(saved(), expected);
 }
 
-void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime_data()
+void tst_PanelStorage::aKnobWithoutAWholeNumberStartsAsForTheFirstTime_data()
 {
     const QMap<QString, QByteArray> texts{
         {"a word", "loud"},
@@ -229,7 +229,7 @@ void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime_data()
     }
 }
 
-void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime()
+void tst_PanelStorage::aKnobWithoutAWholeNumberStartsAsForTheFirstTime()
 {
     QFETCH(PanelModel, model);
     QFETCH(QByteArray, text);
@@ -244,7 +244,7 @@ void PanelStorageTest::aKnobWithoutAWholeNumberStartsAsForTheFirstTime()
     compareStarts(startWith(model, texts), first);
 }
 
-void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound_data()
+void tst_PanelStorage::aWholeNumberBeyondTheRangeIsItsNearestBound_data()
 {
     const QList<QByteArray> above{"57",
                                   "2147483648",
@@ -272,7 +272,7 @@ void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound_data()
     }
 }
 
-void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound()
+void tst_PanelStorage::aWholeNumberBeyondTheRangeIsItsNearestBound()
 {
     QFETCH(PanelModel, model);
     QFETCH(QByteArray, text);
@@ -293,7 +293,7 @@ void PanelStorageTest::aWholeNumberBeyondTheRangeIsItsNearestBound()
     QCOMPARE(saved().value("Dial/HeadphoneValue"), isAbove ? "6" : "-80");
 }
 
-void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign_data()
+void tst_PanelStorage::aWholeNumberMayHaveSpaceAroundItAndASign_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("alone") << QByteArray("12");
@@ -304,7 +304,7 @@ void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign_data()
     QTest::newRow("zeros") << QByteArray("0000000000000000000000000000000012");
 }
 
-void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign()
+void tst_PanelStorage::aWholeNumberMayHaveSpaceAroundItAndASign()
 {
     QFETCH(QByteArray, text);
     const KnobStart start = startWith(panelModel("rx1"), {{"Mic", text}});
@@ -313,7 +313,7 @@ void PanelStorageTest::aWholeNumberMayHaveSpaceAroundItAndASign()
     QCOMPARE(start.saved.value("Dial/MicValue"), "12");
 }
 
-void PanelStorageTest::aNumberSavedByThisProcessIsTakenAsItIs()
+void tst_PanelStorage::aNumberSavedByThisProcessIsTakenAsItIs()
 {
     QSettings settings(settingsFile(), QSettings::IniFormat);
     settings.setValue("Dial/MicValue", 12);
@@ -323,7 +323,7 @@ void PanelStorageTest::aNumberSavedByThisProcessIsTakenAsItIs()
     QCOMPARE(takeSent().filter("setMicVolume"), QStringList("setMicVolume 1 24"));
 }
 
-void PanelStorageTest::buttonsReadTheseWords_data()
+void tst_PanelStorage::buttonsReadTheseWords_data()
 {
     QTest::addColumn<QByteArray>("value");
     QTest::addColumn<bool>("on");
@@ -335,7 +335,7 @@ void PanelStorageTest::buttonsReadTheseWords_data()
     QTest::newRow("a list") << QByteArray("true, true") << false;
 }
 
-void PanelStorageTest::buttonsReadTheseWords()
+void tst_PanelStorage::buttonsReadTheseWords()
 {
     QFETCH(QByteArray, value);
     QFETCH(bool, on);
@@ -346,7 +346,7 @@ void PanelStorageTest::buttonsReadTheseWords()
     QCOMPARE(saved().value("Button/Mic48VIsChecked"), on ? "true" : "false");
 }
 
-void PanelStorageTest::foreignKeysAreKept()
+void tst_PanelStorage::foreignKeysAreKept()
 {
     writeSettings("[Dial]\nOtherValue=5\n[Else]\nName=value\n");
     build();
@@ -355,7 +355,7 @@ void PanelStorageTest::foreignKeysAreKept()
     QCOMPARE(saved().value("Else/Name"), "value");
 }
 
-void PanelStorageTest::aMissingFolderIsMade()
+void tst_PanelStorage::aMissingFolderIsMade()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -365,7 +365,7 @@ void PanelStorageTest::aMissingFolderIsMade()
     QCOMPARE(takeLog().last(), "已从配置文件加载控件状态");
 }
 
-void PanelStorageTest::aFileInPlaceOfTheFolderCostsOnlyTheSaving()
+void tst_PanelStorage::aFileInPlaceOfTheFolderCostsOnlyTheSaving()
 {
     QFETCH(PanelModel, model);
     begin(model);
@@ -388,7 +388,7 @@ void PanelStorageTest::aFileInPlaceOfTheFolderCostsOnlyTheSaving()
     QVERIFY(obstacle.remove());
 }
 
-void PanelStorageTest::aFolderInPlaceOfTheFileCostsOnlyTheSaving()
+void tst_PanelStorage::aFolderInPlaceOfTheFileCostsOnlyTheSaving()
 {
     build();
     const QStringList sent = takeSent();
@@ -404,7 +404,7 @@ void PanelStorageTest::aFolderInPlaceOfTheFileCostsOnlyTheSaving()
     QVERIFY(QDir(settingsFile()).isEmpty());
 }
 
-void PanelStorageTest::eachModelHasAFileOfItsOwn()
+void tst_PanelStorage::eachModelHasAFileOfItsOwn()
 {
     for (const PanelModel &model : allPanelModels()) {
         begin(model);
@@ -413,5 +413,5 @@ void PanelStorageTest::eachModelHasAFileOfItsOwn()
     }
 }
 
-QTEST_MAIN(PanelStorageTest)
+QTEST_MAIN(tst_PanelStorage)
 #include "tst_panelstorage.moc"

@@ -23,7 +23,7 @@ struct Sequence {
     QMap<int, QString> kept; ///< by the step after whose success it is
 };
 
-const QString otherwise = QStringLiteral("，可能是驱动未正确加载或设备未连接。");
+const QString otherwise = "，可能是驱动未正确加载或设备未连接。";
 
 Step stop()
 {

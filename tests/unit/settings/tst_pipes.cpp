@@ -14,25 +14,25 @@
 
 namespace {
 
-const QString waiting = QStringLiteral("ThreadSettingsPip is running waiting Asio Info...");
-const QString noData = QStringLiteral("No data received from pipe.");
-const QString cancelledConnect = QStringLiteral("Error connecting to pipe. Error code: 995");
-const QString cancelledRead = QStringLiteral("Error reading from pipe. Error code: 995");
-const QString closed = QStringLiteral("Pipe closed.");
-const QString opensWindow = QStringLiteral("Open Window Signal from ASIO.");
+const QString waiting = "ThreadSettingsPip is running waiting Asio Info...";
+const QString noData = "No data received from pipe.";
+const QString cancelledConnect = "Error connecting to pipe. Error code: 995";
+const QString cancelledRead = "Error reading from pipe. Error code: 995";
+const QString closed = "Pipe closed.";
+const QString opensWindow = "Open Window Signal from ASIO.";
 
-const QString leftEarly = QStringLiteral("Error connecting to pipe. Error code: 232");
+const QString leftEarly = "Error connecting to pipe. Error code: 232";
 
 constexpr char testPipe[] = R"(\\.\pipe\VesmoraPipeTest)";
 
 } // namespace
 
-class TestPipes : public SettingsFixture
+class tst_Pipes : public SettingsFixture
 {
     Q_OBJECT
 
 public:
-    TestPipes()
+    tst_Pipes()
         : SettingsFixture(Device::None)
     { }
 
@@ -86,26 +86,26 @@ private:
     std::unique_ptr<ThreadSettingsPip> m_listener;
 };
 
-void TestPipes::cleanup()
+void tst_Pipes::cleanup()
 {
     m_listener.reset();
     SettingsFixture::cleanup();
 }
 
-void TestPipes::startListener()
+void tst_Pipes::startListener()
 {
     m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
     m_listener->start(QThread::InheritPriority);
     expectLog({"Pipe created successfully.", "ThreadSettingsPip initialized.", waiting});
 }
 
-void TestPipes::stopListener()
+void tst_Pipes::stopListener()
 {
     const Watchdog watchdog("Stopping the listener");
     m_listener.reset();
 }
 
-void TestPipes::expectLog(const QStringList &lines)
+void tst_Pipes::expectLog(const QStringList &lines)
 {
     QStringList log;
     const auto isComplete = [&] {
@@ -116,7 +116,7 @@ void TestPipes::expectLog(const QStringList &lines)
     QCOMPARE(log, lines);
 }
 
-void TestPipes::theServerReceivesOneMessage()
+void tst_Pipes::theServerReceivesOneMessage()
 {
     PipeServer server(testPipe);
     QVERIFY(server.create());
@@ -139,7 +139,7 @@ void TestPipes::theServerReceivesOneMessage()
     QCOMPARE(takeLog(), QStringList{closed});
 }
 
-void TestPipes::theServerLeavesTheRestOfTheBufferAlone()
+void tst_Pipes::theServerLeavesTheRestOfTheBufferAlone()
 {
     PipeServer server(testPipe);
     QVERIFY(server.create());
@@ -153,7 +153,7 @@ void TestPipes::theServerLeavesTheRestOfTheBufferAlone()
     server.close();
 }
 
-void TestPipes::theServerServesAClientThatCameBeforeItListened()
+void tst_Pipes::theServerServesAClientThatCameBeforeItListened()
 {
     PipeServer server(testPipe);
     QVERIFY(server.create());
@@ -168,14 +168,14 @@ void TestPipes::theServerServesAClientThatCameBeforeItListened()
     server.close();
 }
 
-void TestPipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay_data()
+void tst_Pipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay_data()
 {
     QTest::addColumn<bool>("wrote");
     QTest::newRow("without a message") << false;
     QTest::newRow("with a message, which is lost") << true;
 }
 
-void TestPipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay()
+void tst_Pipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay()
 {
     QFETCH(bool, wrote);
     PipeServer server(testPipe);
@@ -210,7 +210,7 @@ void TestPipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay()
     server.close();
 }
 
-void TestPipes::theServerReportsAMessageThatIsTooLong()
+void tst_Pipes::theServerReportsAMessageThatIsTooLong()
 {
     PipeServer server(testPipe);
     QVERIFY(server.create());
@@ -227,7 +227,7 @@ void TestPipes::theServerReportsAMessageThatIsTooLong()
     server.close();
 }
 
-void TestPipes::theServerReportsAClientThatLeaves()
+void tst_Pipes::theServerReportsAClientThatLeaves()
 {
     PipeServer server(testPipe);
     QVERIFY(server.create());
@@ -246,7 +246,7 @@ void TestPipes::theServerReportsAClientThatLeaves()
     server.close();
 }
 
-void TestPipes::theServerCanBeCancelled()
+void tst_Pipes::theServerCanBeCancelled()
 {
     PipeServer server(testPipe);
     QVERIFY(server.create());
@@ -268,7 +268,7 @@ void TestPipes::theServerCanBeCancelled()
     server.close();
 }
 
-void TestPipes::cancellingNothingDoesNothing()
+void tst_Pipes::cancellingNothingDoesNothing()
 {
     PipeServer server(testPipe);
     server.cancel();
@@ -285,7 +285,7 @@ void TestPipes::cancellingNothingDoesNothing()
     server.cancel();
 }
 
-void TestPipes::closingTwiceLogsOnce()
+void tst_Pipes::closingTwiceLogsOnce()
 {
     PipeServer server(testPipe);
     server.close();
@@ -298,7 +298,7 @@ void TestPipes::closingTwiceLogsOnce()
     QCOMPARE(PipeClient(testPipe).open(), DWORD(ERROR_FILE_NOT_FOUND));
 }
 
-void TestPipes::aClosedServerReceivesNothing()
+void tst_Pipes::aClosedServerReceivesNothing()
 {
     PipeServer server(testPipe);
     PipeServer::Message message{};
@@ -306,18 +306,19 @@ void TestPipes::aClosedServerReceivesNothing()
     QCOMPARE(takeLog(), QStringList{"Error connecting to pipe. Error code: 6"});
 }
 
-void TestPipes::aRefusedPipeIsReported()
+void tst_Pipes::aRefusedPipeIsReported()
 {
     const CreateRefusal refusal;
     PipeServer server(listenerPipe);
     QVERIFY(!server.create());
-    QCOMPARE(takeLog(),
-             QStringList{u"Error: Could not create pipe. Error code: %1"_qs.arg(refusal.error())});
+    QCOMPARE(
+        takeLog(),
+        QStringList{QString("Error: Could not create pipe. Error code: %1").arg(refusal.error())});
     server.close();
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TestPipes::constructionCreatesThePipe()
+void tst_Pipes::constructionCreatesThePipe()
 {
     const ThreadSettingsPip listener(nullptr);
     QCOMPARE(takeLog(),
@@ -327,35 +328,35 @@ void TestPipes::constructionCreatesThePipe()
     QCOMPARE(client.open(), DWORD(ERROR_SUCCESS));
 }
 
-void TestPipes::eachMessageIsLogged_data()
+void tst_Pipes::eachMessageIsLogged_data()
 {
     QTest::addColumn<QByteArray>("message");
     QTest::addColumn<QString>("words");
     QTest::addColumn<bool>("isRequest");
     const QByteArray request = messageOf({10, 20, 30, 40, 1});
-    QTest::newRow("20 bytes that ask for the window") << request << u"10 20 30 40 1"_qs << true;
+    QTest::newRow("20 bytes that ask for the window") << request << "10 20 30 40 1" << true;
     QTest::newRow("20 bytes that do not")
-        << messageOf({10, 20, 30, 40, 0}) << u"10 20 30 40 0"_qs << false;
+        << messageOf({10, 20, 30, 40, 0}) << "10 20 30 40 0" << false;
     QTest::newRow("any number but 0 asks")
-        << messageOf({0, 0, 0, 0, 0x80000000}) << u"0 0 0 0 2147483648"_qs << true;
+        << messageOf({0, 0, 0, 0, 0x80000000}) << "0 0 0 0 2147483648" << true;
     QTest::newRow("largest numbers")
         << messageOf({0xFFFFFFFF, 0xFFFFFFFE, 0x80000000, 0x7FFFFFFF, 0xFFFFFFFF})
-        << u"4294967295 4294967294 2147483648 2147483647 4294967295"_qs << true;
+        << "4294967295 4294967294 2147483648 2147483647 4294967295" << true;
     QTest::newRow("little-endian")
         << QByteArray::fromHex("0102030400000000000000000000000000000001")
-        << u"67305985 0 0 0 16777216"_qs << true;
-    QTest::newRow("4 bytes") << messageOf({7}) << u"7 0 0 0 0"_qs << false;
-    QTest::newRow("empty") << QByteArray() << u"0 0 0 0 0"_qs << false;
-    QTest::newRow("1 byte") << QByteArray("\xff") << u"255 0 0 0 0"_qs << false;
-    QTest::newRow("16 bytes") << request.first(16) << u"10 20 30 40 0"_qs << false;
-    QTest::newRow("17 bytes") << request.first(17) << u"10 20 30 40 1"_qs << true;
+        << "67305985 0 0 0 16777216" << true;
+    QTest::newRow("4 bytes") << messageOf({7}) << "7 0 0 0 0" << false;
+    QTest::newRow("empty") << QByteArray() << "0 0 0 0 0" << false;
+    QTest::newRow("1 byte") << QByteArray("\xff") << "255 0 0 0 0" << false;
+    QTest::newRow("16 bytes") << request.first(16) << "10 20 30 40 0" << false;
+    QTest::newRow("17 bytes") << request.first(17) << "10 20 30 40 1" << true;
     QTest::newRow("1024 bytes that ask")
-        << request + QByteArray(1004, '\xff') << u"10 20 30 40 1"_qs << true;
+        << request + QByteArray(1004, '\xff') << "10 20 30 40 1" << true;
     QTest::newRow("1024 bytes that do not")
-        << messageOf({1, 2, 3, 4, 0}) + QByteArray(1004, '\xff') << u"1 2 3 4 0"_qs << false;
+        << messageOf({1, 2, 3, 4, 0}) + QByteArray(1004, '\xff') << "1 2 3 4 0" << false;
 }
 
-void TestPipes::eachMessageIsLogged()
+void tst_Pipes::eachMessageIsLogged()
 {
     QFETCH(QByteArray, message);
     QFETCH(QString, words);
@@ -373,7 +374,7 @@ void TestPipes::eachMessageIsLogged()
     QCOMPARE(signalCount.load(), isRequest ? 1 : 0);
 }
 
-void TestPipes::theSignalComesFromTheListeningThread()
+void tst_Pipes::theSignalComesFromTheListeningThread()
 {
     startListener();
     std::atomic<QThread *> emitter = nullptr;
@@ -391,7 +392,7 @@ void TestPipes::theSignalComesFromTheListeningThread()
     QVERIFY(wasLogged);
 }
 
-void TestPipes::aConnectedSlotRunsOnItsOwnThread()
+void tst_Pipes::aConnectedSlotRunsOnItsOwnThread()
 {
     startListener();
     QList<int> values;
@@ -406,7 +407,7 @@ void TestPipes::aConnectedSlotRunsOnItsOwnThread()
     QCOMPARE(thread, QThread::currentThread());
 }
 
-void TestPipes::aMessageThatIsTooLongIsAFailure()
+void tst_Pipes::aMessageThatIsTooLongIsAFailure()
 {
     startListener();
     std::atomic<int> signalCount = 0;
@@ -423,7 +424,7 @@ void TestPipes::aMessageThatIsTooLongIsAFailure()
     QCOMPARE(signalCount.load(), 0);
 }
 
-void TestPipes::aClientThatLeavesWithoutAMessageIsAFailure()
+void tst_Pipes::aClientThatLeavesWithoutAMessageIsAFailure()
 {
     startListener();
     // The first one may leave before the listener has come to wait for it.
@@ -437,7 +438,7 @@ void TestPipes::aClientThatLeavesWithoutAMessageIsAFailure()
     expectLog({"Received data from pipe: 8 0 0 0 0", waiting});
 }
 
-void TestPipes::aSilentClientIsWaitedFor()
+void tst_Pipes::aSilentClientIsWaitedFor()
 {
     startListener();
     PipeClient client;
@@ -449,7 +450,7 @@ void TestPipes::aSilentClientIsWaitedFor()
     expectLog({"Received data from pipe: 1 2 3 4 5", opensWindow, waiting});
 }
 
-void TestPipes::aClientFasterThanTheListenerIsServed()
+void tst_Pipes::aClientFasterThanTheListenerIsServed()
 {
     m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
     PipeClient client;
@@ -460,7 +461,7 @@ void TestPipes::aClientFasterThanTheListenerIsServed()
     expectLog({waiting, "Received data from pipe: 1 2 3 4 5", opensWindow, waiting});
 }
 
-void TestPipes::aClientThatCameAndWentBeforeTheListenerIsNotInTheWay()
+void tst_Pipes::aClientThatCameAndWentBeforeTheListenerIsNotInTheWay()
 {
     m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
     PipeClient client;
@@ -474,7 +475,7 @@ void TestPipes::aClientThatCameAndWentBeforeTheListenerIsNotInTheWay()
     expectLog({"Received data from pipe: 7 0 0 0 0", waiting});
 }
 
-void TestPipes::ofOneConnectionOneMessageIsRead()
+void tst_Pipes::ofOneConnectionOneMessageIsRead()
 {
     // The client comes first, so that both messages are there when the listener reads.
     m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
@@ -490,7 +491,7 @@ void TestPipes::ofOneConnectionOneMessageIsRead()
     expectLog({"Received data from pipe: 4 0 0 0 0", waiting});
 }
 
-void TestPipes::aSecondClientIsServedAfterTheFirstAndThePause()
+void tst_Pipes::aSecondClientIsServedAfterTheFirstAndThePause()
 {
     startListener();
     PipeClient first;
@@ -500,7 +501,7 @@ void TestPipes::aSecondClientIsServedAfterTheFirstAndThePause()
     DWORD errorInThePause = ERROR_SUCCESS;
     {
         // Logged after the disconnecting and before the pause.
-        const LogHook received(u"Received data from pipe:"_qs,
+        const LogHook received("Received data from pipe:",
                                [&] { errorInThePause = PipeClient().open(); });
         QVERIFY(first.write(messageOf({1})));
         expectLog({"Received data from pipe: 1 0 0 0 0", waiting});
@@ -512,16 +513,16 @@ void TestPipes::aSecondClientIsServedAfterTheFirstAndThePause()
     expectLog({"Received data from pipe: 2 0 0 0 0", waiting});
 }
 
-void TestPipes::aRefusedPipeIsTriedAgainAndAgain()
+void tst_Pipes::aRefusedPipeIsTriedAgainAndAgain()
 {
     {
         const CreateRefusal refusal;
         m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
-        QCOMPARE(
-            takeLog(),
-            (QStringList{u"Error: Could not create pipe. Error code: %1"_qs.arg(refusal.error()),
-                         "Failed to create named pipe in ThreadSettingsPip.",
-                         "ThreadSettingsPip initialized."}));
+        QCOMPARE(takeLog(),
+                 (QStringList{
+                     QString("Error: Could not create pipe. Error code: %1").arg(refusal.error()),
+                     "Failed to create named pipe in ThreadSettingsPip.",
+                     "ThreadSettingsPip initialized."}));
     }
     m_listener->start(QThread::InheritPriority);
     const QStringList pass{waiting, "Error connecting to pipe. Error code: 6", noData};
@@ -538,7 +539,7 @@ void TestPipes::aRefusedPipeIsTriedAgainAndAgain()
         QCOMPARE(log.mid(i, 3), pass);
 }
 
-void TestPipes::stopsWhileWaitingForAClient()
+void tst_Pipes::stopsWhileWaitingForAClient()
 {
     startListener();
     stopListener();
@@ -546,7 +547,7 @@ void TestPipes::stopsWhileWaitingForAClient()
     QCOMPARE(PipeClient().open(), DWORD(ERROR_FILE_NOT_FOUND));
 }
 
-void TestPipes::stopsWhileAClientIsSilent()
+void tst_Pipes::stopsWhileAClientIsSilent()
 {
     startListener();
     PipeClient client;
@@ -560,11 +561,11 @@ void TestPipes::stopsWhileAClientIsSilent()
     QVERIFY(!client.write("x"));
 }
 
-void TestPipes::stopsInThePause()
+void tst_Pipes::stopsInThePause()
 {
     startListener();
     QVERIFY(sendToListener(messageOf({1})));
-    const QString received = u"Received data from pipe: 1 0 0 0 0"_qs;
+    const QString received = "Received data from pipe: 1 0 0 0 0";
     QTRY_VERIFY_WITH_TIMEOUT(hasLogged(received), patience);
     stopListener();
     const QStringList log = takeLog();
@@ -574,7 +575,7 @@ void TestPipes::stopsInThePause()
              qPrintable(log.join(u'\n')));
 }
 
-void TestPipes::stopsRightAfterTheStart()
+void tst_Pipes::stopsRightAfterTheStart()
 {
     for (int i = 0; i < 20; ++i) {
         m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
@@ -588,7 +589,7 @@ void TestPipes::stopsRightAfterTheStart()
     }
 }
 
-void TestPipes::stopsWithoutAStart()
+void tst_Pipes::stopsWithoutAStart()
 {
     m_listener = std::make_unique<ThreadSettingsPip>(nullptr);
     takeLog();
@@ -596,7 +597,7 @@ void TestPipes::stopsWithoutAStart()
     QCOMPARE(takeLog(), QStringList{closed});
 }
 
-void TestPipes::stopsWithARefusedPipe()
+void tst_Pipes::stopsWithARefusedPipe()
 {
     {
         const CreateRefusal refusal;
@@ -609,7 +610,7 @@ void TestPipes::stopsWithARefusedPipe()
     QCOMPARE(takeLog().constLast(), noData);
 }
 
-void TestPipes::stopsWhileClientsKeepComing()
+void tst_Pipes::stopsWhileClientsKeepComing()
 {
     startListener();
     std::atomic<bool> isOver = false;
@@ -632,7 +633,7 @@ void TestPipes::stopsWhileClientsKeepComing()
     QCOMPARE(takeLog().constLast(), closed);
 }
 
-void TestPipes::theDialogStopsItWhileAClientIsSilent()
+void tst_Pipes::theDialogStopsItWhileAClientIsSilent()
 {
     openDialog();
     PipeClient client;
@@ -643,12 +644,12 @@ void TestPipes::theDialogStopsItWhileAClientIsSilent()
         closeDialog();
     }
     const QStringList log = takeLog();
-    QCOMPARE(log.constFirst(), u"Settings dialog closed and resources cleaned up."_qs);
+    QCOMPARE(log.constFirst(), "Settings dialog closed and resources cleaned up.");
     QCOMPARE(log.constLast(), closed);
     QCOMPARE(log.size(), 4);
 }
 
-void TestPipes::nothingIsLeaked()
+void tst_Pipes::nothingIsLeaked()
 {
     const auto runOnce = [this] {
         startListener();
@@ -677,5 +678,5 @@ void TestPipes::nothingIsLeaked()
     QVERIFY2(grown < runs / 2, qPrintable(QString::number(grown)));
 }
 
-QTEST_MAIN(TestPipes)
+QTEST_MAIN(tst_Pipes)
 #include "tst_pipes.moc"

@@ -32,13 +32,12 @@ constexpr qint64 allowedGrowth = 32 * 1024 * 1024; // bytes
 // What the system opens on its own account; a leak would show in every message.
 constexpr int allowedHandles = 10;
 
-const QString tooLong = QStringLiteral("Error reading from pipe. Error code: 234");
-const QString dropped = QStringLiteral("Error reading from pipe. Error code: 109");
-const QString receivedData = QStringLiteral("Received data from pipe:");
-const QString opensWindow = QStringLiteral("Open Window Signal from ASIO.");
-const QString waiting = QStringLiteral("ThreadSettingsPip is running waiting Asio Info...");
-const QString windowShown =
-    QStringLiteral("Received signal from pipe thread to show settings window.");
+const QString tooLong = "Error reading from pipe. Error code: 234";
+const QString dropped = "Error reading from pipe. Error code: 109";
+const QString receivedData = "Received data from pipe:";
+const QString opensWindow = "Open Window Signal from ASIO.";
+const QString waiting = "ThreadSettingsPip is running waiting Asio Info...";
+const QString windowShown = "Received signal from pipe thread to show settings window.";
 
 /// Each kind of message in turn.
 enum Kind { Request, NoRequest, FourBytes, Empty, Longest, TooLong, Drop, KindCount };
@@ -178,12 +177,12 @@ quint64 expectedNumbers(int count)
 
 } // namespace
 
-class TestPipeStorm : public SettingsFixture
+class tst_PipeStorm : public SettingsFixture
 {
     Q_OBJECT
 
 public:
-    TestPipeStorm()
+    tst_PipeStorm()
         : SettingsFixture(Device::None)
     { }
 
@@ -205,7 +204,7 @@ private:
     QString m_report;
 };
 
-void TestPipeStorm::tallyLog()
+void tst_PipeStorm::tallyLog()
 {
     const QStringList log = takeLog();
     for (const QString &line : log)
@@ -213,7 +212,7 @@ void TestPipeStorm::tallyLog()
 }
 
 /// The event loop, with a user who puts the dialog away whenever it appears.
-void TestPipeStorm::live()
+void tst_PipeStorm::live()
 {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     if (dialog().isVisible()) {
@@ -223,7 +222,7 @@ void TestPipeStorm::live()
     tallyLog();
 }
 
-void TestPipeStorm::storm(int count, int listenerCount)
+void tst_PipeStorm::storm(int count, int listenerCount)
 {
     PipeServer server(stormPipe);
     QVERIFY(server.create());
@@ -246,7 +245,7 @@ void TestPipeStorm::storm(int count, int listenerCount)
     server.close();
 }
 
-void TestPipeStorm::checkReceiver(const Receiver &receiver, int count)
+void tst_PipeStorm::checkReceiver(const Receiver &receiver, int count)
 {
     QCOMPARE(receiver.received(), countOf(count, isReceived));
     QCOMPARE(receiver.failed(), count - countOf(count, isReceived));
@@ -254,7 +253,7 @@ void TestPipeStorm::checkReceiver(const Receiver &receiver, int count)
     QCOMPARE(receiver.numbers(), expectedNumbers(count));
 }
 
-void TestPipeStorm::checkTally(int count, int listenerCount)
+void tst_PipeStorm::checkTally(int count, int listenerCount)
 {
     const auto both = [=](Kind kind) {
         const auto isOfKind = [=](int other) { return other == kind; };
@@ -264,14 +263,14 @@ void TestPipeStorm::checkTally(int count, int listenerCount)
     const int windows = countOf(listenerCount, asksForTheWindow);
     const QHash<QString, int> expected{
         {tooLong, both(TooLong)}, {dropped, both(Drop)},
-        {receivedData, received}, {u"No data received from pipe."_qs, listenerCount - received},
+        {receivedData, received}, {"No data received from pipe.", listenerCount - received},
         {opensWindow, windows},   {windowShown, windows},
         {waiting, listenerCount},
     };
     QCOMPARE(m_tally, expected);
 }
 
-void TestPipeStorm::thousandsOfMessagesOfEveryKind()
+void tst_PipeStorm::thousandsOfMessagesOfEveryKind()
 {
     openDialog();
     storm(warmUpMessages, 2 * KindCount);
@@ -287,8 +286,9 @@ void TestPipeStorm::thousandsOfMessagesOfEveryKind()
         return;
 
     const qint64 growth = residentBytes() - bytesBefore;
-    m_report = u"%1 messages without pauses and %2 through the listener in %3 s; the dialog came "
-               "%4 times; resident memory %5 KiB, grown by %6 KiB"_qs.arg(stormMessages)
+    m_report = QString("%1 messages without pauses and %2 through the listener in %3 s; the dialog "
+                       "came %4 times; resident memory %5 KiB, grown by %6 KiB")
+                   .arg(stormMessages)
                    .arg(listenerMessages)
                    .arg(timer.elapsed() / 1000)
                    .arg(m_hidings)
@@ -300,10 +300,10 @@ void TestPipeStorm::thousandsOfMessagesOfEveryKind()
     QVERIFY2(growth < allowedGrowth, qPrintable(m_report));
 }
 
-void TestPipeStorm::cleanupTestCase()
+void tst_PipeStorm::cleanupTestCase()
 {
     qInfo("%s", qPrintable(m_report));
 }
 
-QTEST_MAIN(TestPipeStorm)
+QTEST_MAIN(tst_PipeStorm)
 #include "tst_pipestorm.moc"

@@ -38,8 +38,7 @@ void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 
 namespace {
 
-const QString pipeSignalLine =
-    QStringLiteral("Received signal from pipe thread to show settings window.");
+const QString pipeSignalLine = "Received signal from pipe thread to show settings window.";
 
 /// Translates every text of the dialog, and no other, into itself between brackets.
 class BracketTranslator : public QTranslator
@@ -51,7 +50,7 @@ public:
     bool isEmpty() const override { return false; }
     QString translate(const char *context, const char *text, const char *, int) const override
     {
-        return qstrcmp(context, "Settings") == 0 ? u"[%1]"_qs.arg(QString::fromUtf8(text))
+        return qstrcmp(context, "Settings") == 0 ? QString("[%1]").arg(QString::fromUtf8(text))
                                                  : QString();
     }
 };
@@ -60,22 +59,22 @@ QString describeWidget(QWidget *widget)
 {
     if (const auto *label = qobject_cast<QLabel *>(widget)) {
         const bool centred = label->alignment() == Qt::AlignCenter;
-        return u"label %1|%2|%3"_qs.arg(label->text(), centred ? u"centre"_qs : u"elsewhere"_qs,
-                                        label->styleSheet());
+        return QString("label %1|%2|%3")
+            .arg(label->text(), centred ? "centre" : "elsewhere", label->styleSheet());
     }
     if (const auto *box = qobject_cast<QComboBox *>(widget)) {
         QStringList items;
         for (int i = 0; i < box->count(); ++i) {
             items << box->itemText(i);
             if (!box->itemIcon(i).isNull() || box->itemData(i).isValid())
-                items << u"(with an icon or data)"_qs;
+                items << "(with an icon or data)";
         }
-        return u"box %1|%2|%3"_qs.arg(box->objectName(), box->currentText(), items.join(u' '));
+        return QString("box %1|%2|%3").arg(box->objectName(), box->currentText(), items.join(u' '));
     }
     if (const auto *button = qobject_cast<QPushButton *>(widget))
-        return u"button %1|%2|%3"_qs.arg(button->objectName(), button->text(),
-                                         button->styleSheet());
-    return u"something else"_qs;
+        return QString("button %1|%2|%3")
+            .arg(button->objectName(), button->text(), button->styleSheet());
+    return "something else";
 }
 
 /// The layout's items, one a line.
@@ -88,11 +87,11 @@ QStringList describeLayout(const QVBoxLayout &layout)
         if (item->widget())
             line = describeWidget(item->widget());
         else if (item->spacerItem() && item->expandingDirections() & Qt::Vertical)
-            line = u"stretch %1"_qs.arg(layout.stretch(i));
+            line = QString("stretch %1").arg(layout.stretch(i));
         else if (item->spacerItem())
-            line = u"space %1"_qs.arg(item->sizeHint().height());
+            line = QString("space %1").arg(item->sizeHint().height());
         if (item->alignment() == Qt::AlignCenter)
-            line += u"|centred"_qs;
+            line += "|centred";
         lines << line;
     }
     return lines;
@@ -100,7 +99,7 @@ QStringList describeLayout(const QVBoxLayout &layout)
 
 } // namespace
 
-class TestSettings : public SettingsFixture
+class tst_Settings : public SettingsFixture
 {
     Q_OBJECT
 
@@ -159,21 +158,21 @@ private:
     static QStringList startEngineLog();
 };
 
-void TestSettings::clickOk()
+void tst_Settings::clickOk()
 {
-    auto *ok = dialog().findChild<QPushButton *>(u"Ok"_qs);
+    auto *ok = dialog().findChild<QPushButton *>("Ok");
     QVERIFY(ok);
     QTest::mouseClick(ok, Qt::LeftButton);
 }
 
 /// What initSettings() logs after the choices, at 44100 Hz.
-QStringList TestSettings::startEngineLog()
+QStringList tst_Settings::startEngineLog()
 {
     return {"已从配置文件加载控件状态", "加载控件状态完成", "当前音频采样率为： 44100",
             "停止音频成功，开始加载控件状态"};
 }
 
-void TestSettings::aNewDialogIsAHiddenTopLevelWindow()
+void tst_Settings::aNewDialogIsAHiddenTopLevelWindow()
 {
     openDialog();
     QVERIFY(dialog().isHidden());
@@ -185,20 +184,20 @@ void TestSettings::aNewDialogIsAHiddenTopLevelWindow()
     QCOMPARE(dialog().maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
 }
 
-void TestSettings::theTitleIsNotTranslated()
+void tst_Settings::theTitleIsNotTranslated()
 {
     const BracketTranslator translator;
     openDialog();
-    QCOMPARE(dialog().windowTitle(), u"Settings"_qs);
+    QCOMPARE(dialog().windowTitle(), "Settings");
 }
 
-void TestSettings::theLayoutHoldsHeadingChoicesAndButtonInOrder()
+void tst_Settings::theLayoutHoldsHeadingChoicesAndButtonInOrder()
 {
     openDialog();
-    QCOMPARE(dialog().styleSheet(), u"QDialog { background-color: #2c313c; color: white; }"_qs);
+    QCOMPARE(dialog().styleSheet(), "QDialog { background-color: #2c313c; color: white; }");
     QCOMPARE(layout().contentsMargins(), QMargins(40, 10, 40, 40));
     QCOMPARE(layout().alignment(), Qt::AlignCenter);
-    const QString label = u"label %1|centre|font-size: 14px; color: #008888;"_qs;
+    const QString label = "label %1|centre|font-size: 14px; color: #008888;";
     QCOMPARE(describeLayout(layout()),
              (QStringList{
                  "label Settings|centre|font-size: 18px; font-weight: bold; color: #00FFFF;",
@@ -210,7 +209,7 @@ void TestSettings::theLayoutHoldsHeadingChoicesAndButtonInOrder()
                  "stretch 0"}));
 }
 
-void TestSettings::labelsAndHeadingAreTranslatedAndOkIsNot()
+void tst_Settings::labelsAndHeadingAreTranslatedAndOkIsNot()
 {
     const BracketTranslator translator;
     openDialog();
@@ -221,18 +220,18 @@ void TestSettings::labelsAndHeadingAreTranslatedAndOkIsNot()
     QCOMPARE(labels,
              (QStringList{"[Settings]", "[Buffer Size]", "[USB Latency Size]", "[Samplerate]",
                           "[Safe Mode]"}));
-    QCOMPARE(dialog().findChild<QPushButton *>()->text(), u"OK"_qs);
+    QCOMPARE(dialog().findChild<QPushButton *>()->text(), "OK");
 }
 
-void TestSettings::theWindowIconIsThePicture()
+void tst_Settings::theWindowIconIsThePicture()
 {
     openDialog();
-    const QPixmap picture(u":/icon/icon.png"_qs);
+    const QPixmap picture(":/icon/icon.png");
     QVERIFY(!picture.isNull());
     QCOMPARE(dialog().windowIcon().pixmap(picture.size()).toImage(), picture.toImage());
 }
 
-void TestSettings::withoutThePictureThereIsNoIcon()
+void tst_Settings::withoutThePictureThereIsNoIcon()
 {
     Q_CLEANUP_RESOURCE(icons);
     const auto restore = qScopeGuard([] { Q_INIT_RESOURCE(icons); });
@@ -241,7 +240,7 @@ void TestSettings::withoutThePictureThereIsNoIcon()
     QVERIFY(dialog().windowIcon().isNull());
 }
 
-void TestSettings::constructionLogsAndSendsNothing()
+void tst_Settings::constructionLogsAndSendsNothing()
 {
     plug();
     openDialog();
@@ -249,7 +248,7 @@ void TestSettings::constructionLogsAndSendsNothing()
     QCOMPARE(takeEvents(), QStringList());
 }
 
-void TestSettings::constructionMakesTheFolderAndNoFile()
+void tst_Settings::constructionMakesTheFolderAndNoFile()
 {
     const QDir folder = QFileInfo(settingsFile()).dir();
     QVERIFY(QDir().rmdir(folder.path()));
@@ -259,7 +258,7 @@ void TestSettings::constructionMakesTheFolderAndNoFile()
     QVERIFY(folder.isEmpty());
 }
 
-void TestSettings::withoutAFileTheFirstInitAppliesTheDefaults()
+void tst_Settings::withoutAFileTheFirstInitAppliesTheDefaults()
 {
     openConnectedDialog();
     dialog().initSettings();
@@ -275,7 +274,7 @@ void TestSettings::withoutAFileTheFirstInitAppliesTheDefaults()
                           "音频缓冲区大小设置已保存： \"192\""}
               + startEngineLog()));
 
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(u"设置初始化完成"_qs), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("设置初始化完成"), patience);
     QCOMPARE(takeSent(), (QStringList{"setOtgOff", "setOtgOn", "initAudio"}));
     QCOMPARE(takeLog(), QStringList{"设置初始化完成"});
     // Nothing is saved but the one choice that was a change.
@@ -284,7 +283,7 @@ void TestSettings::withoutAFileTheFirstInitAppliesTheDefaults()
     QVERIFY(dialog().isHidden());
 }
 
-void TestSettings::theOtgCycleOfTheStartRunsThroughTimers()
+void tst_Settings::theOtgCycleOfTheStartRunsThroughTimers()
 {
     openConnectedDialog();
     const auto timers = [this] {
@@ -306,29 +305,29 @@ void TestSettings::theOtgCycleOfTheStartRunsThroughTimers()
     QCOMPARE(second.interval(), 200);
     QVERIFY(second.isSingleShot());
     QVERIFY(!first.isActive());
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(u"设置初始化完成"_qs), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("设置初始化完成"), patience);
     QCOMPARE(takeSent(), (QStringList{"setOtgOn", "initAudio"}));
     // Stopped, and kept until the dialog goes.
     QVERIFY(!second.isActive());
     QCOMPARE(timers().size(), 2);
 }
 
-void TestSettings::laterInitsWithUnchangedValuesRunTheStartSequenceAlone()
+void tst_Settings::laterInitsWithUnchangedValuesRunTheStartSequenceAlone()
 {
     openConnectedDialog();
     dialog().initSettings();
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(u"设置初始化完成"_qs), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("设置初始化完成"), patience);
     takeSent();
     takeLog();
     dialog().initSettings();
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(u"设置初始化完成"_qs), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("设置初始化完成"), patience);
     QCOMPARE(takeSent(),
              (QStringList{"getSampleRate", "stopAudio", "setSampleRate 44100",
                           "setWdmChannelCount 4", "setOtgOff", "setOtgOn", "initAudio"}));
     QCOMPARE(takeLog(), startEngineLog() + QStringList{"设置初始化完成"});
 }
 
-void TestSettings::savedValuesAreAppliedInTheFilesOrderOfLoading()
+void tst_Settings::savedValuesAreAppliedInTheFilesOrderOfLoading()
 {
     const QStringList entries{"Audio/BufferSize=512", "Audio/SampleRate=48000",
                               "USB/LatencySize=16", "USB/SlowMode=Enabled"};
@@ -354,7 +353,7 @@ void TestSettings::savedValuesAreAppliedInTheFilesOrderOfLoading()
     QCOMPARE(saved(), entries);
 }
 
-void TestSettings::savedFirstItemsRunNoSequence()
+void tst_Settings::savedFirstItemsRunNoSequence()
 {
     writeSettings({"Audio/BufferSize=48", "Audio/SampleRate=44100", "USB/LatencySize=8",
                    "USB/SlowMode=Disabled"});
@@ -364,7 +363,7 @@ void TestSettings::savedFirstItemsRunNoSequence()
     QCOMPARE(takeLog(), QStringList{"已从配置文件加载控件状态"});
 }
 
-void TestSettings::savedRateOf48000LeavesNothingToInitButTheReadOfTheRate()
+void tst_Settings::savedRateOf48000LeavesNothingToInitButTheReadOfTheRate()
 {
     writeSettings({"Audio/BufferSize=48", "Audio/SampleRate=48000"});
     openConnectedDialog();
@@ -372,7 +371,7 @@ void TestSettings::savedRateOf48000LeavesNothingToInitButTheReadOfTheRate()
     QCOMPARE(takeSent(),
              (QStringList{"stopAudio", "setSampleRate 48000", "setWdmChannelCount 4", "initAudio",
                           "getSampleRate"}));
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(u"设置采样频率完成"_qs), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("设置采样频率完成"), patience);
     QCOMPARE(takeSent(), (QStringList{"setOtgOff", "setOtgOn"}));
     QCOMPARE(takeLog(),
              (QStringList{"设置音频采样率为： 48000 Hz", "音频采样率设置已保存： \"48000\"",
@@ -388,17 +387,17 @@ void TestSettings::savedRateOf48000LeavesNothingToInitButTheReadOfTheRate()
         (QStringList{"已从配置文件加载控件状态", "加载控件状态完成", "当前音频采样率为： 48000"}));
 }
 
-void TestSettings::aSavedValueThatIsNoItemLeavesTheFirstItem_data()
+void tst_Settings::aSavedValueThatIsNoItemLeavesTheFirstItem_data()
 {
     QTest::addColumn<QString>("entry");
-    QTest::newRow("buffer size") << u"Audio/BufferSize=100"_qs;
-    QTest::newRow("empty buffer size") << u"Audio/BufferSize="_qs;
-    QTest::newRow("latency") << u"USB/LatencySize=100"_qs;
-    QTest::newRow("sample rate") << u"Audio/SampleRate=100"_qs;
-    QTest::newRow("safe mode") << u"USB/SlowMode=100"_qs;
+    QTest::newRow("buffer size") << "Audio/BufferSize=100";
+    QTest::newRow("empty buffer size") << "Audio/BufferSize=";
+    QTest::newRow("latency") << "USB/LatencySize=100";
+    QTest::newRow("sample rate") << "Audio/SampleRate=100";
+    QTest::newRow("safe mode") << "USB/SlowMode=100";
 }
 
-void TestSettings::aSavedValueThatIsNoItemLeavesTheFirstItem()
+void tst_Settings::aSavedValueThatIsNoItemLeavesTheFirstItem()
 {
     QFETCH(QString, entry);
     const QString key = entry.section(u'=', 0, 0);
@@ -415,7 +414,7 @@ void TestSettings::aSavedValueThatIsNoItemLeavesTheFirstItem()
     QVERIFY(saved().contains(entry));
 }
 
-void TestSettings::anUnreadableFileMeansTheDefaults_data()
+void tst_Settings::anUnreadableFileMeansTheDefaults_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty") << QByteArray();
@@ -424,7 +423,7 @@ void TestSettings::anUnreadableFileMeansTheDefaults_data()
     QTest::newRow("a folder") << QByteArray("folder");
 }
 
-void TestSettings::anUnreadableFileMeansTheDefaults()
+void tst_Settings::anUnreadableFileMeansTheDefaults()
 {
     QFETCH(QByteArray, content);
     if (content == "folder") {
@@ -440,11 +439,11 @@ void TestSettings::anUnreadableFileMeansTheDefaults()
     QCOMPARE(takeSent(), QStringList{"getBufferSize"});
 }
 
-void TestSettings::anUnknownSampleRateTextIsLoggedAndNothingMore()
+void tst_Settings::anUnknownSampleRateTextIsLoggedAndNothingMore()
 {
     writeSettings({"Audio/BufferSize=48", "Audio/SampleRate=96000"});
     openConnectedDialog();
-    box("SampleRate").addItem(u"96000"_qs);
+    box("SampleRate").addItem("96000");
     dialog().initSettings();
     finishOtgCycles();
     QCOMPARE(takeSent(), (QStringList{"stopAudio", "getSampleRate"}));
@@ -454,11 +453,11 @@ void TestSettings::anUnknownSampleRateTextIsLoggedAndNothingMore()
                           "未知的音频采样率选项： \"96000\""}));
 }
 
-void TestSettings::aFailingReadOfTheRateIsLoggedAsZero()
+void tst_Settings::aFailingReadOfTheRateIsLoggedAsZero()
 {
     writeSettings({"Audio/BufferSize=48"});
     openConnectedDialog();
-    simulator().fail(u"getSampleRate"_qs, 1, ERROR_GEN_FAILURE);
+    simulator().fail("getSampleRate", 1, ERROR_GEN_FAILURE);
     dialog().initSettings();
     QCOMPARE(takeSent(),
              (QStringList{"getSampleRate !31", "stopAudio", "setSampleRate 44100",
@@ -468,7 +467,7 @@ void TestSettings::aFailingReadOfTheRateIsLoggedAsZero()
                           "停止音频成功，开始加载控件状态"}));
 }
 
-void TestSettings::loadSettingsAloneStartsNoEngine()
+void tst_Settings::loadSettingsAloneStartsNoEngine()
 {
     openConnectedDialog();
     simulator().setBufferSize(192);
@@ -480,7 +479,7 @@ void TestSettings::loadSettingsAloneStartsNoEngine()
                           "当前音频缓冲区大小： 192", "已从配置文件加载控件状态"}));
 }
 
-void TestSettings::createDeviceWithoutADriverFails()
+void tst_Settings::createDeviceWithoutADriverFails()
 {
     openDialog();
     takeLog();
@@ -491,7 +490,7 @@ void TestSettings::createDeviceWithoutADriverFails()
     QCOMPARE(takeEvents(), QStringList());
 }
 
-void TestSettings::createDeviceAgainReplacesTheConnection()
+void tst_Settings::createDeviceAgainReplacesTheConnection()
 {
     plug();
     openDialog();
@@ -504,11 +503,11 @@ void TestSettings::createDeviceAgainReplacesTheConnection()
     events.sort(); // natively the end of the old connection may be noticed late
     QCOMPARE(events, (QStringList{"close", "open", "open"}));
     QCOMPARE(takeLog(), QStringList());
-    choose("SafeMode", u"Enabled"_qs);
+    choose("SafeMode", "Enabled");
     QCOMPARE(takeSent(), (QStringList{"stopAudio", "enableUsbSlowMode", "restartAudio"}));
 }
 
-void TestSettings::createDeviceAfterAFailureSucceeds()
+void tst_Settings::createDeviceAfterAFailureSucceeds()
 {
     openDialog();
     QVERIFY(!dialog().createDevice());
@@ -520,7 +519,7 @@ void TestSettings::createDeviceAfterAFailureSucceeds()
     QCOMPARE(simulator().state().openHandles, 1u);
 }
 
-void TestSettings::createDeviceFailingAfterASuccessLeavesNoConnection()
+void tst_Settings::createDeviceFailingAfterASuccessLeavesNoConnection()
 {
     openConnectedDialog();
     QVERIFY(simulator().unplug());
@@ -528,12 +527,12 @@ void TestSettings::createDeviceFailingAfterASuccessLeavesNoConnection()
     QCOMPARE(takeLog(), QStringList{"Failed to create device in rx1."});
     QTRY_COMPARE_WITH_TIMEOUT(simulator().state().openHandles, 0u, patience);
     takeEvents();
-    choose("SafeMode", u"Enabled"_qs);
+    choose("SafeMode", "Enabled");
     QCOMPARE(takeLog(), QStringList{"停止音频失败，可能是驱动未正确加载或设备未连接。"});
     QCOMPARE(takeEvents(), QStringList());
 }
 
-void TestSettings::createDeviceWithoutMemoryFails()
+void tst_Settings::createDeviceWithoutMemoryFails()
 {
     plug();
     openDialog();
@@ -547,7 +546,7 @@ void TestSettings::createDeviceWithoutMemoryFails()
     QVERIFY(dialog().createDevice());
 }
 
-void TestSettings::aConnectionThatGoesAwayEndsAPendingOtgCycle()
+void tst_Settings::aConnectionThatGoesAwayEndsAPendingOtgCycle()
 {
     openConnectedDialog();
     dialog().initSettings();
@@ -563,21 +562,21 @@ void TestSettings::aConnectionThatGoesAwayEndsAPendingOtgCycle()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TestSettings::withoutAConnectionChoicesDoNothing()
+void tst_Settings::withoutAConnectionChoicesDoNothing()
 {
     plug();
     openDialog();
     takeLog();
-    choose("BufferSize", u"96"_qs);
-    choose("UsbLatency", u"32"_qs);
-    choose("SampleRate", u"48000"_qs);
-    choose("SafeMode", u"Enabled"_qs);
+    choose("BufferSize", "96");
+    choose("UsbLatency", "32");
+    choose("SampleRate", "48000");
+    choose("SafeMode", "Enabled");
     QCOMPARE(takeEvents(), QStringList());
     QCOMPARE(takeLog(), QStringList());
     QCOMPARE(saved(), QStringList());
 }
 
-void TestSettings::choicesBeforeTheFirstConnectionAreForgotten_data()
+void tst_Settings::choicesBeforeTheFirstConnectionAreForgotten_data()
 {
     QTest::addColumn<bool>("wasSearched");
     QTest::newRow("made before any search") << false;
@@ -585,7 +584,7 @@ void TestSettings::choicesBeforeTheFirstConnectionAreForgotten_data()
 }
 
 /// Otherwise the boxes would show what the engine was never told.
-void TestSettings::choicesBeforeTheFirstConnectionAreForgotten()
+void tst_Settings::choicesBeforeTheFirstConnectionAreForgotten()
 {
     QFETCH(bool, wasSearched);
     const QStringList entries{"Audio/BufferSize=96", "Audio/SampleRate=48000", "USB/LatencySize=8",
@@ -614,7 +613,7 @@ void TestSettings::choicesBeforeTheFirstConnectionAreForgotten()
     QCOMPARE(saved(), entries);
 }
 
-void TestSettings::aLaterConnectionLeavesTheBoxesAlone()
+void tst_Settings::aLaterConnectionLeavesTheBoxesAlone()
 {
     openConnectedDialog();
     unplug();
@@ -628,7 +627,7 @@ void TestSettings::aLaterConnectionLeavesTheBoxesAlone()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TestSettings::aRequestThroughThePipeShowsTheDialogOnTop()
+void tst_Settings::aRequestThroughThePipeShowsTheDialogOnTop()
 {
     openDialog();
     takeLog();
@@ -647,7 +646,7 @@ void TestSettings::aRequestThroughThePipeShowsTheDialogOnTop()
                           startLog().constLast()}));
 }
 
-void TestSettings::aRequestRestoresAMinimizedDialog()
+void tst_Settings::aRequestRestoresAMinimizedDialog()
 {
     openDialog();
     dialog().showMinimized();
@@ -662,7 +661,7 @@ void TestSettings::aRequestRestoresAMinimizedDialog()
     QCOMPARE(takeLog(), QStringList{pipeSignalLine});
 }
 
-void TestSettings::theDialogStaysOnTopForEver()
+void tst_Settings::theDialogStaysOnTopForEver()
 {
     openDialog();
     dialog().showFromPipe();
@@ -677,7 +676,7 @@ void TestSettings::theDialogStaysOnTopForEver()
     QCOMPARE(takeLog(), QStringList{pipeSignalLine});
 }
 
-void TestSettings::okWithoutAnAsioDriverHidesAndLogsTheError()
+void tst_Settings::okWithoutAnAsioDriverHidesAndLogsTheError()
 {
     openDialog();
     dialog().show();
@@ -689,7 +688,7 @@ void TestSettings::okWithoutAnAsioDriverHidesAndLogsTheError()
     QCOMPARE(finished.count(), 0);
 }
 
-void TestSettings::okSendsOneByteToTheAsioDriver()
+void tst_Settings::okSendsOneByteToTheAsioDriver()
 {
     openDialog();
     dialog().show();
@@ -705,7 +704,7 @@ void TestSettings::okSendsOneByteToTheAsioDriver()
     QCOMPARE(finished.count(), 0);
 }
 
-void TestSettings::okWhileTheAsioDriverIsBusyIsNotRetried()
+void tst_Settings::okWhileTheAsioDriverIsBusyIsNotRetried()
 {
     openDialog();
     dialog().show();
@@ -720,13 +719,13 @@ void TestSettings::okWhileTheAsioDriverIsBusyIsNotRetried()
     QCOMPARE(asio.takeMessages(), QByteArrayList());
 }
 
-void TestSettings::okWhoseSignalDoesNotGoThroughLogsThat()
+void tst_Settings::okWhoseSignalDoesNotGoThroughLogsThat()
 {
     openDialog();
     dialog().show();
     takeLog();
     AsioPipe asio;
-    const LogHook opened(u"Pipe opened successfully."_qs, [&] { asio.disconnect(); });
+    const LogHook opened("Pipe opened successfully.", [&] { asio.disconnect(); });
     clickOk();
     QVERIFY(opened.wasReached());
     QCOMPARE(takeLog(),
@@ -735,23 +734,22 @@ void TestSettings::okWhoseSignalDoesNotGoThroughLogsThat()
                           "设置通知ASIO逻辑"}));
 }
 
-void TestSettings::okHidesTheDialogBeforeItLooksForTheAsioDriver()
+void tst_Settings::okHidesTheDialogBeforeItLooksForTheAsioDriver()
 {
     openDialog();
     dialog().show();
     bool wasVisible = true;
-    const LogHook failed(u"Error: Could not open pipe."_qs,
-                         [&] { wasVisible = dialog().isVisible(); });
+    const LogHook failed("Error: Could not open pipe.", [&] { wasVisible = dialog().isVisible(); });
     clickOk();
     QVERIFY(failed.wasReached());
     QVERIFY(!wasVisible);
 }
 
-void TestSettings::destructionClosesTheDeviceThenLogsThenStopsListening()
+void tst_Settings::destructionClosesTheDeviceThenLogsThenStopsListening()
 {
     openConnectedDialog();
     quint32 openHandles = 1;
-    const LogHook closed(u"Settings dialog closed"_qs, [&] {
+    const LogHook closed("Settings dialog closed", [&] {
         simulator().state();
         openHandles = simulator().state().openHandles;
     });
@@ -765,7 +763,7 @@ void TestSettings::destructionClosesTheDeviceThenLogsThenStopsListening()
     QCOMPARE(takeEvents(), QStringList{"close"});
 }
 
-void TestSettings::destructionEndsAPendingOtgCycle()
+void tst_Settings::destructionEndsAPendingOtgCycle()
 {
     openConnectedDialog();
     dialog().initSettings();
@@ -777,15 +775,15 @@ void TestSettings::destructionEndsAPendingOtgCycle()
     QCOMPARE(takeLog(), QStringList());
 }
 
-void TestSettings::destructionWithoutADeviceIsClean()
+void tst_Settings::destructionWithoutADeviceIsClean()
 {
     plug();
     openDialog();
     takeLog();
     closeDialog();
-    QCOMPARE(takeLog().constFirst(), u"Settings dialog closed and resources cleaned up."_qs);
+    QCOMPARE(takeLog().constFirst(), "Settings dialog closed and resources cleaned up.");
     QCOMPARE(takeEvents(), QStringList());
 }
 
-QTEST_MAIN(TestSettings)
+QTEST_MAIN(tst_Settings)
 #include "tst_settings.moc"
