@@ -26,7 +26,7 @@ QList<Box> readBoxes(const QString &svg, const QString &build)
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
         const QStringList classes = attribute(xml, "class").split(u' ');
-        if (xml.name() == QLatin1String("rect") && classes.contains("room")) {
+        if (xml.name() == u"rect" && classes.contains("room")) {
             const QRectF place(attribute(xml, "x").toDouble(), attribute(xml, "y").toDouble(),
                                attribute(xml, "width").toDouble(),
                                attribute(xml, "height").toDouble());
