@@ -23,11 +23,6 @@ constexpr DeviceModel models[] = {
 
 } // namespace
 
-std::span<const DeviceModel> allModels()
-{
-    return models;
-}
-
 const DeviceModel *findModel(quint32 pid)
 {
     const auto *model =

@@ -3,8 +3,6 @@
 
 #include <QtGlobal>
 
-#include <span>
-
 class QWidget;
 
 /// A model of the family. Its panel's class has its name in lower case; from that follow the name
@@ -14,9 +12,6 @@ struct DeviceModel {
     const char *name;          ///< as people read it, e.g. in the window's title: "RX1"
     QWidget *(*createPanel)(); ///< a new panel, connected to the device; belongs to the caller
 };
-
-/// All models that have a panel.
-std::span<const DeviceModel> allModels();
 
 /// The model whose devices answer @p pid; null when there is none.
 const DeviceModel *findModel(quint32 pid);
