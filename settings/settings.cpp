@@ -20,38 +20,38 @@
 QList<Settings::Field> Settings::describedFields()
 {
     return {
-        {QT_TR_NOOP("Buffer Size"),
-         "BufferSize",
-         "Audio/BufferSize",
-         QStringLiteral("192"),
-         {48, 64, 96, 128, 192, 256, 512, 1024},
-         &Settings::onBufferSizeChanged,
-         &AudioEngine::setBufferSize,
-         "音频缓冲区大小设置已保存："},
-        {QT_TR_NOOP("USB Latency Size"),
-         "UsbLatency",
-         "USB/LatencySize",
-         QStringLiteral("8"),
-         {8, 16, 24, 32},
-         &Settings::onUsbLatencyChanged,
-         &AudioEngine::setUsbLatency,
-         "USB延迟大小设置已保存："},
-        {QT_TR_NOOP("Samplerate"),
-         "SampleRate",
-         "Audio/SampleRate",
-         QStringLiteral("44100"),
-         {44100, 48000},
-         &Settings::onSampleRateChanged,
-         &AudioEngine::setSampleRate,
-         "音频采样率设置已保存："},
-        {QT_TR_NOOP("Safe Mode"),
-         "SafeMode",
-         "USB/SlowMode",
-         QStringLiteral("Disabled"),
-         {{QStringLiteral("Disabled"), 0}, {QStringLiteral("Enabled"), 1}},
-         &Settings::onSafeModeChanged,
-         &AudioEngine::setSafeMode,
-         "USB慢速模式设置已保存："},
+        {.title = QT_TR_NOOP("Buffer Size"),
+         .name = "BufferSize",
+         .key = "Audio/BufferSize",
+         .absent = QStringLiteral("192"),
+         .items = {48, 64, 96, 128, 192, 256, 512, 1024},
+         .changed = &Settings::onBufferSizeChanged,
+         .apply = &AudioEngine::setBufferSize,
+         .saved = "音频缓冲区大小设置已保存："},
+        {.title = QT_TR_NOOP("USB Latency Size"),
+         .name = "UsbLatency",
+         .key = "USB/LatencySize",
+         .absent = QStringLiteral("8"),
+         .items = {8, 16, 24, 32},
+         .changed = &Settings::onUsbLatencyChanged,
+         .apply = &AudioEngine::setUsbLatency,
+         .saved = "USB延迟大小设置已保存："},
+        {.title = QT_TR_NOOP("Samplerate"),
+         .name = "SampleRate",
+         .key = "Audio/SampleRate",
+         .absent = QStringLiteral("44100"),
+         .items = {44100, 48000},
+         .changed = &Settings::onSampleRateChanged,
+         .apply = &AudioEngine::setSampleRate,
+         .saved = "音频采样率设置已保存："},
+        {.title = QT_TR_NOOP("Safe Mode"),
+         .name = "SafeMode",
+         .key = "USB/SlowMode",
+         .absent = QStringLiteral("Disabled"),
+         .items = {{QStringLiteral("Disabled"), 0}, {QStringLiteral("Enabled"), 1}},
+         .changed = &Settings::onSafeModeChanged,
+         .apply = &AudioEngine::setSafeMode,
+         .saved = "USB慢速模式设置已保存："},
     };
 }
 
@@ -172,7 +172,8 @@ void Settings::initSettings()
     qDebug() << "加载控件状态完成";
     qDebug() << "当前音频采样率为：" << m_engine->sampleRate();
 
-    // Loading any rate but the first has changed the box, and so brought the engine to it.
+    // With the first connection, loading any other rate has changed the box, and so brought the
+    // engine to it.
     const AudioEngine::Choice rate = chosen(SampleRate);
     const quint32 first = m_fields.at(SampleRate).items.constFirst().value;
     if (!rate.value)

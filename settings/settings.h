@@ -62,13 +62,13 @@ private:
 
     /// All that is to be known of a choice.
     struct Field {
-        const char *title; ///< above the box; translated
-        const char *name;  ///< the box's object name
-        const char *key;   ///< in the file
-        QString absent;    ///< the item that counts when the file lacks the key
-        QList<Item> items; ///< in the box's order
-        void (Settings::*changed)();
-        bool (AudioEngine::*apply)(const AudioEngine::Choice &choice);
+        const char *title;           ///< above the box; translated
+        const char *name;            ///< the box's object name
+        const char *key;             ///< in the file
+        QString absent;              ///< the item that counts when the file lacks the key
+        QList<Item> items;           ///< in the box's order
+        void (Settings::*changed)(); ///< what the box calls
+        bool (AudioEngine::*apply)(const AudioEngine::Choice &choice); ///< its sequence
         const char *saved; ///< what the log says, with the item, when it was kept
         QComboBox *box = nullptr;
     };
