@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-/// A knob or button of a panel, as specified.
+/// A knob or button of a panel, as it ought to be.
 struct PanelControl {
     /// The knobs come first.
     enum class Kind { Gain, Volume, Phone, Instrument, Pad, Phantom, Monitor, Mute, Dim };
@@ -38,7 +38,7 @@ struct PanelControl {
     QString saved(int value) const;
 };
 
-/// A model of the family and its panel, as specified.
+/// A model of the family and its panel, as they ought to be.
 struct PanelModel {
     QString name; ///< as the simulator calls it, e.g. "rx1"; also its panel's class
     quint32 identifier;

@@ -34,7 +34,7 @@ protected:
     bool showPanel(const QMap<QString, QString> &stored = {});
     /// The same with stored values that keep every control away from its ends.
     bool showStoredPanel();
-    /// What the panel does, according to the specification; compare() looks whether it does it.
+    /// What the panel has to do; compare() looks whether it does it.
     ExpectedPanel &expected() { return *m_expected; }
     /// Compares all that the panel has sent and logged since it was shown.
     void compare();

@@ -4,18 +4,18 @@
 
 #include <QTest>
 
-/// What is specified of the family, judged by what is written out of it.
+/// What the family has to do, judged by the starts that are written out.
 class tst_Family : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void everyNamedModelIsSpecified();
+    void everyNamedModelIsDescribed();
     void startsAreGolden_data();
     void startsAreGolden();
 };
 
-void tst_Family::everyNamedModelIsSpecified()
+void tst_Family::everyNamedModelIsDescribed()
 {
     QCOMPARE(allPanelModels().size(), modelNames().size());
     for (const ModelName &known : modelNames())

@@ -5,7 +5,7 @@
 #include "panelfixture.h"
 
 /// What every model's panel does: what reaches the device, the log and the settings file. Starts
-/// are compared with the golden ones, everything else with what is specified of the family.
+/// are compared with the golden ones, everything else with what the family has to do.
 class ModelFixture : public PanelFixture
 {
     Q_OBJECT
