@@ -28,7 +28,7 @@ public:
     bool create();
 
     /// Waits for a client, copies its first message to the beginning of @p message and disconnects
-    /// it. Returns false when there was no client, or no message that is not too long.
+    /// it. Returns false when no client came or its message could not be read: it may be too long.
     bool receive(Message &message);
     /// Whether the last receive() found that its client had been there and left. The pipe is that
     /// client's until disconnect(), and every receive() fails.
