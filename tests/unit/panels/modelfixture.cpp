@@ -2,6 +2,34 @@
 
 #include <cmath>
 
+namespace {
+
+/// What an output's knob and buttons are set to, and the volume that is heard then.
+struct Level {
+    const char *name;
+    int db;
+    bool muted;
+    bool dimmed;
+    double gain;
+};
+
+const Level levels[] = {{"plain", -20, false, false, 0.1},
+                        {"unity", 0, false, false, 1.0},
+                        {"maximum", 6, false, false, std::pow(10.0, 6.0 / 20)},
+                        {"just audible", -79, false, false, std::pow(10.0, -79.0 / 20)},
+                        {"silent", -80, false, false, 0.0},
+                        {"dimmed", 0, false, true, 0.1},
+                        {"maximum dimmed", 6, false, true, std::pow(10.0, -14.0 / 20)},
+                        {"just audible dimmed", -59, false, true, std::pow(10.0, -79.0 / 20)},
+                        {"dimmed to the floor", -60, false, true, 0.0},
+                        {"dimmed below the floor", -61, false, true, 0.0},
+                        {"silent dimmed", -80, false, true, 0.0},
+                        {"muted", 0, true, false, 0.0},
+                        {"maximum muted", 6, true, false, 0.0},
+                        {"muted and dimmed", 6, true, true, 0.0}};
+
+} // namespace
+
 ExpectedPanel ModelFixture::start(const QMap<QString, QString> &stored)
 {
     QStringList entries;
@@ -20,7 +48,7 @@ ExpectedPanel ModelFixture::startAudible()
 {
     QMap<QString, QString> stored;
     for (const PanelControl &control : model().controls) {
-        if (isVolume(control))
+        if (control.kind == Kind::Volume)
             stored[control.key()] = "-20";
     }
     return start(stored);
@@ -115,11 +143,11 @@ void ModelFixture::savedKnobsAreClamped()
     }
 }
 
-void ModelFixture::addControlRows(bool (*isMeant)(const PanelControl &))
+void ModelFixture::addControlRows(std::optional<Kind> kind)
 {
     QTest::addColumn<QString>("name");
     for (const PanelControl &control : model().controls) {
-        if (isMeant(control))
+        if (!kind || control.kind == kind)
             QTest::newRow(qPrintable(control.name)) << control.name;
     }
 }
@@ -159,65 +187,47 @@ void ModelFixture::eachControlSendsLogsAndSavesAtOnce()
     QCOMPARE(simulator().mixerBlock(), built);
 }
 
+void ModelFixture::switchingDirectOnAndOffLeavesTheBlockAsBuilt()
+{
+    QFETCH(QString, name);
+    build();
+    const QList<double> built = simulator().mixerBlock();
+    QList<double> switchedOn = built;
+    for (const int entry : model().control(name).entries)
+        switchedOn[entry] = 1.0;
+    click(name);
+    QCOMPARE(simulator().mixerBlock(), switchedOn);
+    click(name);
+    QCOMPARE(simulator().mixerBlock(), built);
+}
+
 void ModelFixture::theVolumeFollowsMuteAndDim_data()
 {
-    struct Level {
-        const char *name;
-        int db;
-        bool muted;
-        bool dimmed;
-        double gain;
-    };
-    const Level levels[] = {{"plain", -20, false, false, 0.1},
-                            {"unity", 0, false, false, 1.0},
-                            {"maximum", 6, false, false, std::pow(10.0, 6.0 / 20)},
-                            {"just audible", -79, false, false, std::pow(10.0, -79.0 / 20)},
-                            {"silent", -80, false, false, 0.0},
-                            {"dimmed", 0, false, true, 0.1},
-                            {"maximum dimmed", 6, false, true, std::pow(10.0, -14.0 / 20)},
-                            {"just audible dimmed", -59, false, true, std::pow(10.0, -79.0 / 20)},
-                            {"dimmed to the floor", -60, false, true, 0.0},
-                            {"dimmed below the floor", -61, false, true, 0.0},
-                            {"silent dimmed", -80, false, true, 0.0},
-                            {"muted", 0, true, false, 0.0},
-                            {"maximum muted", 6, true, false, 0.0},
-                            {"muted and dimmed", 6, true, true, 0.0}};
     QTest::addColumn<QString>("output");
-    QTest::addColumn<int>("db");
-    QTest::addColumn<bool>("muted");
-    QTest::addColumn<bool>("dimmed");
-    QTest::addColumn<double>("gain");
+    QTest::addColumn<Level>("level");
     for (const PanelControl &control : model().controls) {
-        if (!isVolume(control))
+        if (control.kind != Kind::Volume)
             continue;
         for (const Level &level : levels)
-            QTest::addRow("%s %s", qPrintable(control.name), level.name)
-                << control.name << level.db << level.muted << level.dimmed << level.gain;
+            QTest::addRow("%s %s", qPrintable(control.name), level.name) << control.name << level;
     }
 }
 
 void ModelFixture::theVolumeFollowsMuteAndDim()
 {
     QFETCH(QString, output);
-    QFETCH(int, db);
-    QFETCH(bool, muted);
-    QFETCH(bool, dimmed);
-    QFETCH(double, gain);
+    QFETCH(Level, level);
+    const QMap<QString, int> values{{"Mute", level.muted}, {"Dim", level.dimmed}, {"", level.db}};
     ExpectedPanel expected = start();
-    set(output + "Mute", muted, expected);
-    set(output + "Dim", dimmed, expected);
-    set(output, db, expected);
-    compare(expected);
-    QCOMPARE(volume(output), gain);
-
     // The order in which they come makes no difference.
-    set(output + "Mute", false, expected);
-    set(output + "Dim", false, expected);
-    set(output, db, expected);
-    set(output + "Dim", dimmed, expected);
-    set(output + "Mute", muted, expected);
-    compare(expected);
-    QCOMPARE(volume(output), gain);
+    for (const QStringList &order : {QStringList{"Mute", "Dim", ""}, {"", "Dim", "Mute"}}) {
+        set(output + "Mute", false, expected);
+        set(output + "Dim", false, expected);
+        for (const QString &what : order)
+            set(output + what, values[what], expected);
+        compare(expected);
+        QCOMPARE(volume(output), level.gain);
+    }
 }
 
 void ModelFixture::aMutedVolumeKeepsTheKnobsValueAndComesBackDimmed()

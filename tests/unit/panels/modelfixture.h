@@ -4,6 +4,8 @@
 #include "goldenstart.h"
 #include "panelfixture.h"
 
+#include <optional>
+
 /// What every model's panel does: what reaches the device, the log and the settings file. Starts
 /// are compared with the golden ones, everything else with what the family has to do.
 class ModelFixture : public PanelFixture
@@ -29,21 +31,22 @@ private slots:
     void savedKnobsAreClamped_data();
     void savedKnobsAreClamped();
 
-    void eachControlSendsLogsAndSavesAtOnce_data() { addControlRows(isAny); }
+    void eachControlSendsLogsAndSavesAtOnce_data() { addControlRows(); }
     void eachControlSendsLogsAndSavesAtOnce();
+
+    void switchingDirectOnAndOffLeavesTheBlockAsBuilt_data() { addControlRows(Kind::Monitor); }
+    void switchingDirectOnAndOffLeavesTheBlockAsBuilt();
 
     void theVolumeFollowsMuteAndDim_data();
     void theVolumeFollowsMuteAndDim();
-    void aMutedVolumeKeepsTheKnobsValueAndComesBackDimmed_data() { addControlRows(isVolume); }
+    void aMutedVolumeKeepsTheKnobsValueAndComesBackDimmed_data() { addControlRows(Kind::Volume); }
     void aMutedVolumeKeepsTheKnobsValueAndComesBackDimmed();
 
 private:
-    static bool isAny(const PanelControl &) { return true; }
-    static bool isVolume(const PanelControl &control)
-    {
-        return control.kind == PanelControl::Kind::Volume;
-    }
-    void addControlRows(bool (*isMeant)(const PanelControl &));
+    using Kind = PanelControl::Kind;
+
+    /// Adds a column "name" and a row for each control, or for each of that kind.
+    void addControlRows(std::optional<Kind> kind = {});
     void compareWith(const GoldenStart &golden);
     /// Its left gain, as the device has it.
     double volume(const QString &output);

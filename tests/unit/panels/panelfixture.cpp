@@ -33,13 +33,6 @@ void PanelFixture::begin(const PanelModel &model)
     plug(model.identifier);
 }
 
-void PanelFixture::addModelRows()
-{
-    QTest::addColumn<PanelModel>("model");
-    for (const PanelModel &model : allPanelModels())
-        QTest::newRow(qPrintable(model.name)) << model;
-}
-
 void PanelFixture::build()
 {
     m_panel = createPanel(m_model);
@@ -113,6 +106,13 @@ void PanelFixture::compare(ExpectedPanel &expected)
     if (const auto *instrument = m_panel->findChild<Button *>("MicInstr"))
         QCOMPARE(instrument->text(), expected.instrumentText());
     QCOMPARE(simulator().state().faults, 0u);
+}
+
+void addModelRows()
+{
+    QTest::addColumn<PanelModel>("model");
+    for (const PanelModel &model : allPanelModels())
+        QTest::newRow(qPrintable(model.name)) << model;
 }
 
 std::unique_ptr<QWidget> createPanel(const PanelModel &model)

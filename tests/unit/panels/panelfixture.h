@@ -27,8 +27,6 @@ protected:
 
     /// Begins anew with @p model, as a test function does.
     void begin(const PanelModel &model);
-    /// Adds a column "model" and a row for each.
-    static void addModelRows();
 
     /// Constructs the model's panel.
     void build();
@@ -71,6 +69,9 @@ private:
     PanelModel m_model;
     std::unique_ptr<QWidget> m_panel;
 };
+
+/// Adds a column "model" and a row for each.
+void addModelRows();
 
 /// The product's panel of @p model.
 std::unique_ptr<QWidget> createPanel(const PanelModel &model);

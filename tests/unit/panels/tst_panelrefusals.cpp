@@ -22,9 +22,9 @@ private slots:
     void aRefusedEarlierOutputVolumeIsOverlooked();
     void aRefusedCommandIsLoggedAndSavedAnyway_data();
     void aRefusedCommandIsLoggedAndSavedAnyway();
+    void aRefusedInstrumentSwitchKeepsTheTextAndSavesTheState();
 
 private:
-    static void addModelRows();
     void build(const PanelModel &model) { m_panel = createPanel(model); }
 
     std::unique_ptr<QWidget> m_panel;
@@ -41,13 +41,6 @@ void tst_PanelRefusals::cleanup()
     m_panel.reset();
     QCOMPARE(refusingdriver::takeCommands().filter("close").size(), 1);
     stopObserving();
-}
-
-void tst_PanelRefusals::addModelRows()
-{
-    QTest::addColumn<PanelModel>("model");
-    for (const PanelModel &model : allPanelModels())
-        QTest::newRow(qPrintable(model.name)) << model;
 }
 
 void tst_PanelRefusals::aRefusedLastOutputVolumeLeavesThePanelEmpty()
@@ -121,6 +114,17 @@ void tst_PanelRefusals::aRefusedCommandIsLoggedAndSavedAnyway()
         set(value);
         expected.act(control, value);
     }
+}
+
+void tst_PanelRefusals::aRefusedInstrumentSwitchKeepsTheTextAndSavesTheState()
+{
+    build(panelModel("rx1"));
+    auto *instrument = m_panel->findChild<Button *>("MicInstr");
+    refusingdriver::refuseAll("switchMicInstruction");
+    QTest::mouseClick(instrument, Qt::LeftButton);
+    QCOMPARE(instrument->text(), "MIC");
+    QVERIFY(instrument->isSelected);
+    QCOMPARE(iniFile("rx1.ini").values().value("Button/MicInstrIsChecked"), "true");
 }
 
 QTEST_MAIN(tst_PanelRefusals)

@@ -12,6 +12,7 @@ public:
 
 private slots:
     void theInstrumentButtonNamesTheInput();
+    void aSavedGainAboveTheMaximumIsSentAndSavedClamped();
 };
 
 void tst_Rx1::theInstrumentButtonNamesTheInput()
@@ -22,6 +23,14 @@ void tst_Rx1::theInstrumentButtonNamesTheInput()
     QCOMPARE(button("MicInstr").text(), "INST");
     click("MicInstr");
     QCOMPARE(button("MicInstr").text(), "MIC");
+}
+
+void tst_Rx1::aSavedGainAboveTheMaximumIsSentAndSavedClamped()
+{
+    writeSettings("[Dial]\nMicValue=50\n");
+    build();
+    QCOMPARE(takeSent().filter("setMicVolume"), QStringList("setMicVolume 1 84"));
+    QCOMPARE(saved().value("Dial/MicValue"), "42");
 }
 
 QTEST_MAIN(tst_Rx1)
