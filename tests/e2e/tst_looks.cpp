@@ -85,6 +85,7 @@ void tst_Looks::everyWindow()
 {
     QFETCH(QString, locale);
     QFETCH(int, percent);
+    QCOMPARE(looks.size(), allPanelModels().size());
     m_folder =
         QString("%1/%2-%3").arg(qEnvironmentVariable("VESMORA_PICTURES"), locale).arg(percent);
     QVERIFY(QDir().mkpath(m_folder));
