@@ -176,7 +176,7 @@ bool Story::openSettings()
     if (!sent.succeeded())
         return fail(QString::fromUtf8(sent.errorOutput).trimmed());
     return expect(QStringLiteral("the settings window"),
-                  [this] { return settingsWindow().has_value(); })
+                  [this] { return settingsWindow(m_desktop.windows()).has_value(); })
         && saw(QStringLiteral("the ASIO driver asked for the settings window"),
                QStringLiteral("settings"));
 }
@@ -185,7 +185,7 @@ bool Story::openSettings()
 bool Story::changeSampleRate()
 {
     constexpr int sampleRate = 2; // of the choices from the top
-    const WindowInfo dialog = *settingsWindow();
+    const WindowInfo dialog = *settingsWindow(m_desktop.windows());
     SettingsPicture picture;
     const auto showsChoices = [&] {
         picture = SettingsPicture(m_desktop.windows().picture(dialog.area), dialog.area.topLeft());
@@ -258,23 +258,6 @@ bool Story::showsNoPanel() const
 {
     const PanelPicture panel = picture();
     return window() && panel.knobs().isEmpty() && panel.buttons().isEmpty();
-}
-
-std::optional<WindowInfo> Story::window() const
-{
-    return m_desktop.windows().visibleWindow(QStringLiteral("Vesmora "));
-}
-
-std::optional<WindowInfo> Story::settingsWindow() const
-{
-    return m_desktop.windows().visibleWindow(QStringLiteral("Settings"));
-}
-
-PanelPicture Story::picture() const
-{
-    const std::optional<WindowInfo> found = window();
-    return found ? PanelPicture(m_desktop.windows().picture(found->area), found->area.topLeft())
-                 : PanelPicture();
 }
 
 bool Story::expect(const QString &what, const std::function<bool()> &condition)

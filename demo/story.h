@@ -3,7 +3,7 @@
 
 #include "expectedpanel.h"
 #include "hostlane.h"
-#include "panelpicture.h"
+#include "panelwindows.h"
 #include "tray.h"
 
 #include <QTextStream>
@@ -39,9 +39,8 @@ private:
     bool hasReceived(const QStringList &texts, qsizetype since);
     bool showsPanel() const;
     bool showsNoPanel() const;
-    std::optional<WindowInfo> window() const;
-    PanelPicture picture() const;
-    std::optional<WindowInfo> settingsWindow() const;
+    std::optional<WindowInfo> window() const { return panelWindow(m_desktop.windows()); }
+    PanelPicture picture() const { return shownPanel(m_desktop.windows()); }
 
     /// Waits for @p condition; says what did not happen when it stays away.
     bool expect(const QString &what, const std::function<bool()> &condition);

@@ -132,23 +132,6 @@ bool ProgramFixture::quit()
     return m_tray->choose(Tray::Quit) && m_panel->waitForExit();
 }
 
-std::optional<WindowInfo> ProgramFixture::window() const
-{
-    return m_desktop.windows().visibleWindow("Vesmora ");
-}
-
-std::optional<WindowInfo> ProgramFixture::settingsDialog() const
-{
-    return m_desktop.windows().visibleWindow("Settings");
-}
-
-PanelPicture ProgramFixture::picture() const
-{
-    const std::optional<WindowInfo> shown = window();
-    return shown ? PanelPicture(m_desktop.windows().picture(shown->area), shown->area.topLeft())
-                 : PanelPicture();
-}
-
 PanelPicture ProgramFixture::pictureWith(int knobs, int buttons) const
 {
     PanelPicture found;

@@ -3,7 +3,7 @@
 
 #include "inifile.h"
 #include "lane.h"
-#include "panelpicture.h"
+#include "panelwindows.h"
 #include "tray.h"
 
 #include <QObject>
@@ -48,9 +48,9 @@ protected:
     const PanelProgram &panel() const { return *m_panel; }
     const ProgramLog &log() const { return m_panel->log(); }
 
-    std::optional<WindowInfo> window() const;
-    std::optional<WindowInfo> settingsDialog() const;
-    PanelPicture picture() const;
+    std::optional<WindowInfo> window() const { return panelWindow(m_desktop.windows()); }
+    std::optional<WindowInfo> settingsDialog() const { return settingsWindow(m_desktop.windows()); }
+    PanelPicture picture() const { return shownPanel(m_desktop.windows()); }
     /// Waits until the window shows that many controls; an empty picture if it never does.
     PanelPicture pictureWith(int knobs, int buttons) const;
     /// The window's picture once it no longer changes; null if it never does.
