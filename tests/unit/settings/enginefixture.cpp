@@ -1,9 +1,5 @@
 #include "enginefixture.h"
 
-#include <QTimer>
-
-#include <algorithm>
-
 namespace {
 
 using Sequence = bool (AudioEngine::*)(const AudioEngine::Choice &);
@@ -78,20 +74,9 @@ QStringList EngineFixture::kept() const
     return all;
 }
 
-QList<QTimer *> EngineFixture::timers() const
-{
-    return m_owner->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
-}
-
 void EngineFixture::finishOtgCycles()
 {
-    // Each half starts the next before its own timer is seen to rest.
-    const auto isPending = [this] {
-        const QList<QTimer *> all = timers();
-        return std::any_of(all.begin(), all.end(),
-                           [](const QTimer *timer) { return timer->isActive(); });
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(!isPending(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!isOtgPending(*m_owner), patience);
 }
 
 void EngineFixture::init()
@@ -103,4 +88,5 @@ void EngineFixture::cleanup()
 {
     m_owner.reset();
     stopObserving();
+    QTRY_COMPARE_WITH_TIMEOUT(openHandles(), 0u, patience);
 }

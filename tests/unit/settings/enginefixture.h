@@ -3,6 +3,7 @@
 
 #include "audioengine.h"
 #include "observed.h"
+#include "otgtimers.h"
 
 #include <QMap>
 #include <QObject>
@@ -15,7 +16,7 @@
 /// Does for the engine what the settings dialog does: has it apply what is chosen, lowers the
 /// latency when asked to, and logs and remembers what is to be kept, "name=text". The choices are
 /// called as their boxes are. Each test function begins with a sane interface that is not plugged
-/// in and with no engine.
+/// in and with no engine; in the end the engine is deleted and must have closed what it opened.
 class EngineFixture : public QObject, protected Observed
 {
     Q_OBJECT
@@ -41,7 +42,7 @@ protected:
     QStringList kept() const;
 
     /// The timers of the OTG steps.
-    QList<QTimer *> timers() const;
+    QList<QTimer *> timers() const { return otgTimers(*m_owner); }
     /// Runs the event loop until no OTG cycle is under way.
     void finishOtgCycles();
 

@@ -1,10 +1,10 @@
 #include "settingsfixture.h"
 
+#include "otgtimers.h"
+
 #include <QEventLoop>
 #include <QSignalBlocker>
 #include <QTimer>
-
-#include <algorithm>
 
 void SettingsFixture::openDialog()
 {
@@ -60,13 +60,7 @@ QStringList SettingsFixture::texts()
 
 void SettingsFixture::finishOtgCycles()
 {
-    // Each half starts the next before its own timer is seen to rest.
-    const auto isPending = [this] {
-        const auto timers = m_dialog->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
-        return std::any_of(timers.begin(), timers.end(),
-                           [](const QTimer *timer) { return timer->isActive(); });
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(!isPending(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!isOtgPending(*m_dialog), patience);
 }
 
 void SettingsFixture::passTime(int milliseconds)

@@ -1,5 +1,6 @@
 #include "asiopipe.h"
 #include "loghook.h"
+#include "otgtimers.h"
 #include "pipeclient.h"
 #include "settingsfixture.h"
 #include "vesmoraiocontrol.h"
@@ -286,9 +287,7 @@ void tst_Settings::withoutAFileTheFirstInitAppliesTheDefaults()
 void tst_Settings::theOtgCycleOfTheStartRunsThroughTimers()
 {
     openConnectedDialog();
-    const auto timers = [this] {
-        return dialog().findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
-    };
+    const auto timers = [this] { return otgTimers(dialog()); };
     QCOMPARE(timers().size(), 0);
     dialog().initSettings();
     takeSent();

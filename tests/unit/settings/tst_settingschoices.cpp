@@ -89,8 +89,9 @@ void tst_SettingsChoices::aRefusedChoiceIsShownAndNotKept()
     openConnectedDialog();
     QVERIFY(simulator().fail("stopAudio", 1, ERROR_GEN_FAILURE));
     choose(name.constData(), text);
-    QCOMPARE(takeLog().constLast(), "停止音频失败，可能是驱动未正确加载或设备未连接。");
-    QVERIFY(!hasLogged(logged));
+    const QStringList log = takeLog();
+    QCOMPARE(log.constLast(), "停止音频失败，可能是驱动未正确加载或设备未连接。");
+    QVERIFY(!log.contains(logged));
     QCOMPARE(saved(), QStringList());
     QCOMPARE(box(name.constData()).currentText(), text);
 }
