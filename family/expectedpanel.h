@@ -6,6 +6,8 @@
 #include <QMap>
 #include <QStringList>
 
+#include <utility>
+
 /// What a panel and the device behind it ought to do, without widgets: the requests with the mixer
 /// entries each changes, the log and the saved values that follow from actions and failures.
 class ExpectedPanel

@@ -1,5 +1,5 @@
 ; The installer, for the user who runs it, without administrator's rights. tools/make-release compiles it with
-; DIST (the folder to install), WORK (with product.nsh and files.nsh, made for it) and OUTPUT.
+; WORK (with product.nsh and files.nsh, made for it) and OUTPUT.
 ;
 ; Silently: /S, and /AUTOSTART=1 or 0 for the start with Windows. Without /AUTOSTART it stays as it was.
 ; The uninstaller, silently: /S, and /PURGE to remove the settings, too.

@@ -1,4 +1,5 @@
 #include "drivercommands.h"
+#include "opening.h"
 #include "testsimulator.h"
 #include "vesmoracontract.h"
 
@@ -62,7 +63,7 @@ void tst_RequestLengths::init()
     QVERIFY2(m_simulator.reset() && prepareAnswers(m_simulator)
                  && m_simulator.plug(VESMORA_PID_RX1),
              qPrintable(m_simulator.errorString()));
-    m_device = CreateFileW(LR"(\\.\VesmoraAudioBus0)", GENERIC_READ | GENERIC_WRITE,
+    m_device = CreateFileW(busPath(0).toStdWString().c_str(), GENERIC_READ | GENERIC_WRITE,
                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
     QVERIFY(m_device != INVALID_HANDLE_VALUE);
     QVERIFY(m_simulator.clearRecord());

@@ -59,10 +59,7 @@ MixerFixture::MixerFixture(const QString &model)
 
 bool MixerFixture::showPanel(const QMap<QString, QString> &stored)
 {
-    QStringList entries;
-    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
-        entries << it.key() + '=' + it.value();
-    if (!entries.isEmpty() && !iniFile(m_model.file()).write(entries))
+    if (!stored.isEmpty() && !iniFile(m_model.file()).write(stored))
         return false;
     if (!start() || !openWindow() || !plug(m_model.name) || wholePicture().knobs().isEmpty())
         return false;

@@ -29,7 +29,7 @@ void tst_Rx1::theFirstStartBringsTheEngineUp()
                      "setWdmChannelCount 4", "setOtgOff", "setOtgOn", "initAudio"}));
     QCOMPARE(sentBesides("getFirmwareVersion"),
              QStringList({"open", "getDevicePid", "getFirmwareVersion", "close"}));
-    QCOMPARE(lane().setting("setting.ini", "Audio/BufferSize"), QVariant("192"));
+    QCOMPARE(iniFile("setting.ini").values().value("Audio/BufferSize"), "192");
 }
 
 void tst_Rx1::typedTextsAreReadAsNumbers()

@@ -130,3 +130,11 @@ bool IniFile::write(const QStringList &entries) const
 {
     return write(iniText(entries, IniLayout::OrderOfWriting));
 }
+
+bool IniFile::write(const QMap<QString, QString> &values) const
+{
+    QStringList entries;
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        entries << it.key() + '=' + it.value();
+    return write(entries);
+}

@@ -41,6 +41,8 @@ public:
     bool write(const QByteArray &text) const;
     /// Writes "Section/Key=Value" entries, which stand there in this order on every platform.
     bool write(const QStringList &entries) const;
+    /// Writes values by "Section/Key".
+    bool write(const QMap<QString, QString> &values) const;
 
 private:
     QString m_name;

@@ -32,13 +32,10 @@ const Level levels[] = {{"plain", -20, false, false, 0.1},
 
 ExpectedPanel ModelFixture::start(const QMap<QString, QString> &stored)
 {
-    QStringList entries;
-    for (auto it = stored.cbegin(); it != stored.cend(); ++it)
-        entries << it.key() + '=' + it.value();
-    if (!entries.isEmpty())
-        writeSettings(iniText(entries));
-    build();
     ExpectedPanel expected(model(), stored);
+    if (!stored.isEmpty() && !settings().write(stored))
+        qFatal("%s cannot be written", qPrintable(settings().name()));
+    build();
     expected.construct();
     compare(expected);
     return expected;
@@ -57,10 +54,7 @@ ExpectedPanel ModelFixture::startAudible()
 void ModelFixture::set(const QString &name, int value, ExpectedPanel &expected)
 {
     const PanelControl &control = model().control(name);
-    if (control.isKnob())
-        knob(name).setValue(value);
-    else
-        button(name).setSelected(value);
+    setControl(panel(), control, value);
     expected.act(control, value);
 }
 

@@ -8,6 +8,18 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+namespace {
+
+template <typename Control> Control &found(const QWidget &panel, const QString &name)
+{
+    auto *control = panel.findChild<Control *>(name);
+    if (!control)
+        qFatal("There is no %s called %s", Control::staticMetaObject.className(), qPrintable(name));
+    return *control;
+}
+
+} // namespace
+
 PanelFixture::PanelFixture(const QString &model)
     : m_initialModel(panelModel(model))
     , m_model(m_initialModel)
@@ -47,18 +59,12 @@ void PanelFixture::buildQuietly()
 
 Knob &PanelFixture::knob(const QString &name)
 {
-    auto *knob = m_panel->findChild<Knob *>(name);
-    if (!knob)
-        qFatal("There is no knob called %s", qPrintable(name));
-    return *knob;
+    return found<Knob>(*m_panel, name);
 }
 
 Button &PanelFixture::button(const QString &name)
 {
-    auto *button = m_panel->findChild<Button *>(name);
-    if (!button)
-        qFatal("There is no button called %s", qPrintable(name));
-    return *button;
+    return found<Button>(*m_panel, name);
 }
 
 void PanelFixture::click(const QString &name)
@@ -121,6 +127,14 @@ std::unique_ptr<QWidget> createPanel(const PanelModel &model)
     if (!found)
         qFatal("The product knows no model %s", qPrintable(model.name));
     return std::unique_ptr<QWidget>(found->createPanel());
+}
+
+void setControl(const QWidget &panel, const PanelControl &control, int value)
+{
+    if (control.isKnob())
+        found<Knob>(panel, control.name).setValue(value);
+    else
+        found<Button>(panel, control.name).setSelected(value);
 }
 
 QStringList twice(const QString &line)

@@ -75,6 +75,8 @@ void addModelRows();
 
 /// The product's panel of @p model.
 std::unique_ptr<QWidget> createPanel(const PanelModel &model);
+/// Sets a control of @p panel by its own operation, with one emission.
+void setControl(const QWidget &panel, const PanelControl &control, int value);
 
 /// @p line twice: what a click does, as both its emissions are acted on.
 QStringList twice(const QString &line);

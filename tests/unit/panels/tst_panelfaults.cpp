@@ -44,8 +44,6 @@ private slots:
 private:
     static void addModelAndErrorRows();
     void inject(const QString &command, int nth, DWORD error);
-    /// Sets the control to @p value by its own operation, with one emission.
-    void set(const PanelControl &control, int value);
     void press(const PanelControl &control, ExpectedPanel &expected, int failing, DWORD error);
     void move(const PanelControl &control, int db, ExpectedPanel &expected, DWORD error);
     void actAtRandom(QRandomGenerator &random, ExpectedPanel &expected);
@@ -68,14 +66,6 @@ void tst_PanelFaults::inject(const QString &command, int nth, DWORD error)
 {
     QVERIFY2(simulator().fail(command, nth, error), qPrintable(simulator().errorString()));
     ++m_injected;
-}
-
-void tst_PanelFaults::set(const PanelControl &control, int value)
-{
-    if (control.isKnob())
-        knob(control.name).setValue(value);
-    else
-        button(control.name).setSelected(value);
 }
 
 /// Clicks a button; of the two requests the one numbered @p failing (from 1; 0 for none) fails.
@@ -173,7 +163,7 @@ void tst_PanelFaults::everyHandlerOfAnUnpluggedDeviceFails()
     QVERIFY(simulator().clearRecord());
     for (const PanelControl &control : expected.controls()) {
         const int value = control.isKnob() ? control.maximum : 1;
-        set(control, value);
+        setControl(panel(), control, value);
         expected.act(control, value, ERROR_DEVICE_NOT_CONNECTED);
         ++m_injected;
         compare(expected);

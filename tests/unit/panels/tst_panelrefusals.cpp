@@ -85,12 +85,6 @@ void tst_PanelRefusals::aRefusedCommandIsLoggedAndSavedAnyway()
     QFETCH(PanelModel, model);
     QFETCH(QString, name);
     const PanelControl &control = model.control(name);
-    const auto set = [&](int value) {
-        if (control.isKnob())
-            m_panel->findChild<Knob *>(name)->setValue(value);
-        else
-            m_panel->findChild<Button *>(name)->setSelected(value);
-    };
     ExpectedPanel expected(model);
     expected.construct();
     build(model);
@@ -101,7 +95,7 @@ void tst_PanelRefusals::aRefusedCommandIsLoggedAndSavedAnyway()
         expected.takeRequests();
         expected.takeLog();
         refusingdriver::refuse(control.command);
-        set(value);
+        setControl(*m_panel, control, value);
         expected.refuse(control, value);
         // This driver does not look into the blocks.
         const QString request = expected.takeRequests().join('\n');
@@ -111,7 +105,7 @@ void tst_PanelRefusals::aRefusedCommandIsLoggedAndSavedAnyway()
         QCOMPARE(iniFile(model.file()).values(), expected.saved());
         if (const auto *instrument = m_panel->findChild<Button *>("MicInstr"))
             QCOMPARE(instrument->text(), expected.instrumentText());
-        set(value);
+        setControl(*m_panel, control, value);
         expected.act(control, value);
     }
 }

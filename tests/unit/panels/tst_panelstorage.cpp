@@ -277,14 +277,12 @@ void tst_PanelStorage::aWholeNumberBeyondTheRangeIsItsNearestBound()
     QFETCH(PanelModel, model);
     QFETCH(QByteArray, text);
     QFETCH(bool, isAbove);
-    startWith(model, {});
     QMap<QString, QByteArray> texts;
     QMap<QString, QByteArray> bounds;
-    const auto knobs = panel().findChildren<Knob *>();
-    for (const Knob *knob : knobs) {
-        texts.insert(knob->objectName(), text);
-        bounds.insert(knob->objectName(),
-                      QByteArray::number(isAbove ? knob->maxValue : knob->minValue));
+    const QList<PanelControl> knobs = model.knobs();
+    for (const PanelControl &knob : knobs) {
+        texts.insert(knob.name, text);
+        bounds.insert(knob.name, QByteArray::number(isAbove ? knob.maximum : knob.minimum));
     }
     const KnobStart expected = startWith(model, bounds);
     for (auto it = bounds.cbegin(); it != bounds.cend(); ++it)
