@@ -51,7 +51,7 @@ quint32 Observed::openHandles()
 
 QStringList Observed::takeSent()
 {
-    const QStringList requests = m_simulator->requests();
+    QStringList requests = m_simulator->requests();
     m_simulator->clearRecord();
     return requests;
 }
@@ -69,7 +69,7 @@ QList<Record> Observed::takeRecord()
 {
     // A round trip after the closing of a connection finds that closing recorded.
     m_simulator->state();
-    const QList<Record> records = m_simulator->record();
+    QList<Record> records = m_simulator->record();
     m_simulator->clearRecord();
     return records;
 }
