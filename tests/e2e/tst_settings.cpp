@@ -1,4 +1,5 @@
 #include "knownmessages.h"
+#include "listenerlog.h"
 #include "logtext.h"
 #include "programfixture.h"
 #include "settingspicture.h"
@@ -11,19 +12,15 @@
 
 namespace {
 
+using namespace listenerlog;
+
 enum Choice { BufferSize, UsbLatency, SampleRate, SafeMode };
 constexpr int rowCounts[] = {8, 4, 2, 2};
 
 const QString file = "setting.ini";
 const QString bufferOf192 = "Audio/BufferSize=192";
-const QString listening = "ThreadSettingsPip is running waiting Asio Info...";
-const QString nothingReceived = "No data received from pipe.";
-const QString openRequest = "Open Window Signal from ASIO.";
-const QString shownOnRequest = "Received signal from pipe thread to show settings window.";
-const QString tooLong = "Error reading from pipe. Error code: 234";
 // A client that goes is noticed while it is awaited or while it is read from.
-const QStringList droppedTexts{"Error connecting to pipe. Error code: 232",
-                               "Error reading from pipe. Error code: 109"};
+const QStringList droppedTexts{clientLeftEarly, clientLeft};
 
 const QString searching = "Device PID: 0";
 const QStringList hanging{"send", "--connect-and-hang"};
@@ -38,7 +35,7 @@ QStringList sending(const QString &words)
 
 QString received(const QString &words)
 {
-    return QString("Received data from pipe: ") + words;
+    return receivedData + ' ' + words;
 }
 
 QStringList changeToRate(int rate)
@@ -65,8 +62,8 @@ QStringList ofListener(const QStringList &lines)
 {
     QStringList found;
     for (const QString &line : lines) {
-        const bool isOurs = line == listening || line == nothingReceived || line == openRequest
-            || line.startsWith("Received data from pipe:") || line.startsWith("Error ");
+        const bool isOurs = line == waiting || line == nothingReceived || line == opensWindow
+            || line.startsWith(receivedData) || line.startsWith("Error ");
         if (isOurs)
             found << line;
     }
@@ -221,8 +218,8 @@ void tst_Settings::compareListener(const QStringList &expected)
 /// Whether a request brings the dialog to the screen.
 bool tst_Settings::isAnswered(const QString &words)
 {
-    const qsizetype before = log().count(shownOnRequest);
-    return lane().asio(sending(words)).succeeded() && log().waitFor(shownOnRequest, before + 1)
+    const qsizetype before = log().count(windowShown);
+    return lane().asio(sending(words)).succeeded() && log().waitFor(windowShown, before + 1)
         && waitUntil([this] { return settingsDialog().has_value(); });
 }
 
@@ -401,11 +398,11 @@ void tst_Settings::okWithoutAnAsioDriverHidesTheDialogAndLogsTheError()
 void tst_Settings::aRequestShowsTheHiddenDialog()
 {
     QVERIFY(start());
-    QVERIFY(log().waitFor(listening));
+    QVERIFY(log().waitFor(waiting));
     expectFrom(0);
     QVERIFY(isAnswered("1 2 3 4294967295 7"));
-    compareListener({received("1 2 3 4294967295 7"), openRequest, listening});
-    QCOMPARE(log().count(shownOnRequest), 1);
+    compareListener({received("1 2 3 4294967295 7"), opensWindow, waiting});
+    QCOMPARE(log().count(windowShown), 1);
 }
 
 void tst_Settings::aRequestBringsAMinimisedDialogBackOnTop()
@@ -436,10 +433,8 @@ void tst_Settings::junkOnThePipeIsLoggedAndTheNextRequestAnswered()
         QStringList arguments;
         QStringList logged;
     };
-    const QStringList refused{tooLong, nothingReceived, listening};
-    const auto understood = [](const char *words) {
-        return QStringList{received(words), listening};
-    };
+    const QStringList refused{tooLong, nothingReceived, waiting};
+    const auto understood = [](const char *words) { return QStringList{received(words), waiting}; };
     const QString bytes = "--bytes";
     const QString length = "--length";
     const QList<Junk> all{{{length, "0"}, understood("0 0 0 0 0")},
@@ -451,7 +446,7 @@ void tst_Settings::junkOnThePipeIsLoggedAndTheNextRequestAnswered()
                           {{length, "65536"}, refused}};
     expectMessages({tooLong});
     QVERIFY(start());
-    QVERIFY(log().waitFor(listening));
+    QVERIFY(log().waitFor(waiting));
     expectFrom(0);
     for (const Junk &junk : all) {
         QVERIFY(lane().asio(QStringList("send") + junk.arguments).succeeded());
@@ -463,7 +458,7 @@ void tst_Settings::junkOnThePipeIsLoggedAndTheNextRequestAnswered()
     // The largest message that is read asks for the window.
     QVERIFY(lane().asio({"send", length, "1024"}).succeeded());
     compareListener(
-        {received("50462976 117835012 185207048 252579084 319951120"), openRequest, listening});
+        {received("50462976 117835012 185207048 252579084 319951120"), opensWindow, waiting});
     QVERIFY(waitUntil([this] { return settingsDialog().has_value(); }));
 }
 
@@ -472,7 +467,7 @@ void tst_Settings::clientsThatComeAndGoAreLoggedAndTheNextRequestAnswered()
     constexpr int clients = 5;
     expectMessages(droppedTexts);
     QVERIFY(start());
-    QVERIFY(log().waitFor(listening));
+    QVERIFY(log().waitFor(waiting));
     QVERIFY(lane()
                 .asio({"send", "--connect-and-drop", "--count", QString::number(clients)})
                 .succeeded());
@@ -502,8 +497,8 @@ void tst_Settings::quitEndsTheProgramAtOnceWhateverTheListenerDoes_data()
     QTest::addColumn<QStringList>("client");
     QTest::addColumn<QString>("ready");
     QTest::addColumn<QString>("logged");
-    QTest::newRow("waiting") << QStringList() << QString() << listening;
-    QTest::newRow("a silent client") << hanging << "connected" << listening;
+    QTest::newRow("waiting") << QStringList() << QString() << waiting;
+    QTest::newRow("a silent client") << hanging << "connected" << waiting;
     QTest::newRow("between messages") << (sending("0 0 0 0 0") << "--count"
                                                                << "100000")
                                       << QString() << received("0 0 0 0 0");
@@ -519,7 +514,7 @@ void tst_Settings::quitEndsTheProgramAtOnceWhateverTheListenerDoes()
     expectMessages(droppedTexts);
     expectMessages({"Error reading from pipe. Error code: 995"});
     QVERIFY(start());
-    QVERIFY(log().waitFor(listening));
+    QVERIFY(log().waitFor(waiting));
     std::unique_ptr<ChildProcess> process;
     if (!ready.isEmpty())
         process = startClient(client, ready.toLatin1());

@@ -1,5 +1,6 @@
 #include "settingsfixture.h"
 
+#include "listenerlog.h"
 #include "otgtimers.h"
 
 #include <QEventLoop>
@@ -24,7 +25,7 @@ void SettingsFixture::openConnectedDialog()
 QStringList SettingsFixture::startLog()
 {
     return {"Settings dialog created.", "Pipe created successfully.",
-            "ThreadSettingsPip initialized.", "ThreadSettingsPip is running waiting Asio Info..."};
+            "ThreadSettingsPip initialized.", listenerlog::waiting};
 }
 
 QComboBox &SettingsFixture::box(const char *name)

@@ -1,4 +1,5 @@
 #include "createrefusal.h"
+#include "listenerlog.h"
 #include "loghook.h"
 #include "pipeclient.h"
 #include "processfigures.h"
@@ -14,14 +15,11 @@
 
 namespace {
 
-const QString waiting = "ThreadSettingsPip is running waiting Asio Info...";
-const QString noData = "No data received from pipe.";
+using namespace listenerlog;
+
 const QString cancelledConnect = "Error connecting to pipe. Error code: 995";
 const QString cancelledRead = "Error reading from pipe. Error code: 995";
 const QString closed = "Pipe closed.";
-const QString opensWindow = "Open Window Signal from ASIO.";
-
-const QString leftEarly = "Error connecting to pipe. Error code: 232";
 
 constexpr char testPipe[] = R"(\\.\pipe\VesmoraPipeTest)";
 
@@ -190,7 +188,7 @@ void tst_Pipes::aClientThatCameAndWentBeforeTheServerListenedIsNotInTheWay()
     for (int attempt = 0; attempt < 2; ++attempt) {
         QVERIFY(!server.wasAbandoned() || attempt > 0);
         QVERIFY(!server.receive(message));
-        QCOMPARE(takeLog(), QStringList{leftEarly});
+        QCOMPARE(takeLog(), QStringList{clientLeftEarly});
         QVERIFY(server.wasAbandoned());
     }
     QCOMPARE(PipeClient(testPipe).open(), DWORD(ERROR_PIPE_BUSY));
@@ -220,7 +218,7 @@ void tst_Pipes::theServerReportsAMessageThatIsTooLong()
     takeLog();
     PipeServer::Message message{};
     QVERIFY(!server.receive(message));
-    QCOMPARE(takeLog(), QStringList{"Error reading from pipe. Error code: 234"});
+    QCOMPARE(takeLog(), QStringList{tooLong});
     QCOMPARE(message, PipeServer::Message{});
     // That client was disconnected and the rest of its message with it.
     QVERIFY(!client.write("x"));
@@ -242,7 +240,7 @@ void tst_Pipes::theServerReportsAClientThatLeaves()
     const bool received = server.receive(message);
     leaving.join();
     QVERIFY(!received);
-    QCOMPARE(takeLog(), QStringList{"Error reading from pipe. Error code: 109"});
+    QCOMPARE(takeLog(), QStringList{clientLeft});
     server.close();
 }
 
@@ -416,7 +414,7 @@ void tst_Pipes::aMessageThatIsTooLongIsAFailure()
         [&] { ++signalCount; }, Qt::DirectConnection);
     for (const qsizetype length : {1025, 2048, 65536}) {
         QVERIFY(sendToListener(QByteArray(length, '\x01')));
-        expectLog({"Error reading from pipe. Error code: 234", noData, waiting});
+        expectLog({tooLong, nothingReceived, waiting});
     }
     // Nothing of it is left for the next one.
     QVERIFY(sendToListener(messageOf({7})));
@@ -433,7 +431,7 @@ void tst_Pipes::aClientThatLeavesWithoutAMessageIsAFailure()
     PipeClient client;
     QVERIFY(client.connect());
     client.close();
-    expectLog({"Error reading from pipe. Error code: 109", noData, waiting});
+    expectLog({clientLeft, nothingReceived, waiting});
     QVERIFY(sendToListener(messageOf({8})));
     expectLog({"Received data from pipe: 8 0 0 0 0", waiting});
 }
@@ -470,7 +468,7 @@ void tst_Pipes::aClientThatCameAndWentBeforeTheListenerIsNotInTheWay()
     client.close();
     takeLog();
     m_listener->start(QThread::InheritPriority);
-    expectLog({waiting, leftEarly, noData, waiting});
+    expectLog({waiting, clientLeftEarly, nothingReceived, waiting});
     QVERIFY(sendToListener(messageOf({7})));
     expectLog({"Received data from pipe: 7 0 0 0 0", waiting});
 }
@@ -525,7 +523,7 @@ void tst_Pipes::aRefusedPipeIsTriedAgainAndAgain()
                      "ThreadSettingsPip initialized."}));
     }
     m_listener->start(QThread::InheritPriority);
-    const QStringList pass{waiting, "Error connecting to pipe. Error code: 6", noData};
+    const QStringList pass{waiting, "Error connecting to pipe. Error code: 6", nothingReceived};
     QStringList log;
     const auto hasThreePasses = [&] {
         log += takeLog();
@@ -543,7 +541,7 @@ void tst_Pipes::stopsWhileWaitingForAClient()
 {
     startListener();
     stopListener();
-    QCOMPARE(takeLog(), (QStringList{cancelledConnect, noData, closed}));
+    QCOMPARE(takeLog(), (QStringList{cancelledConnect, nothingReceived, closed}));
     QCOMPARE(PipeClient().open(), DWORD(ERROR_FILE_NOT_FOUND));
 }
 
@@ -555,8 +553,8 @@ void tst_Pipes::stopsWhileAClientIsSilent()
     stopListener();
     const QStringList log = takeLog();
     // The listener may not yet have got from waiting for the client to waiting for its message.
-    QVERIFY2(log == (QStringList{cancelledRead, noData, closed})
-                 || log == (QStringList{cancelledConnect, noData, closed}),
+    QVERIFY2(log == (QStringList{cancelledRead, nothingReceived, closed})
+                 || log == (QStringList{cancelledConnect, nothingReceived, closed}),
              qPrintable(log.join(u'\n')));
     QVERIFY(!client.write("x"));
 }
@@ -571,7 +569,8 @@ void tst_Pipes::stopsInThePause()
     const QStringList log = takeLog();
     // Unless the pause was over already.
     QVERIFY2(log == (QStringList{received, closed})
-                 || log == (QStringList{received, waiting, cancelledConnect, noData, closed}),
+                 || log
+                     == (QStringList{received, waiting, cancelledConnect, nothingReceived, closed}),
              qPrintable(log.join(u'\n')));
 }
 
@@ -584,7 +583,7 @@ void tst_Pipes::stopsRightAfterTheStart()
         stopListener();
         const QStringList log = takeLog();
         QVERIFY2(log == QStringList{closed}
-                     || log == (QStringList{waiting, cancelledConnect, noData, closed}),
+                     || log == (QStringList{waiting, cancelledConnect, nothingReceived, closed}),
                  qPrintable(log.join(u'\n')));
     }
 }
@@ -607,7 +606,7 @@ void tst_Pipes::stopsWithARefusedPipe()
     QTRY_VERIFY_WITH_TIMEOUT(hasLogged(waiting), patience);
     stopListener();
     QVERIFY(!hasLogged(closed));
-    QCOMPARE(takeLog().constLast(), noData);
+    QCOMPARE(takeLog().constLast(), nothingReceived);
 }
 
 void tst_Pipes::stopsWhileClientsKeepComing()

@@ -1,3 +1,4 @@
+#include "listenerlog.h"
 #include "pipeclient.h"
 #include "pipeserver.h"
 #include "processfigures.h"
@@ -21,6 +22,8 @@ extern "C" const char *__asan_default_options()
 
 namespace {
 
+using namespace listenerlog;
+
 const QString stormPipe = R"(\\.\pipe\VesmoraPipeStorm)";
 constexpr int stormMessages = 10000;
 constexpr int warmUpMessages = 1000;
@@ -31,13 +34,6 @@ constexpr int listenerClientCount = 2;
 constexpr qint64 allowedGrowth = 32 * 1024 * 1024; // bytes
 // What the system opens on its own account; a leak would show in every message.
 constexpr int allowedHandles = 10;
-
-const QString tooLong = "Error reading from pipe. Error code: 234";
-const QString dropped = "Error reading from pipe. Error code: 109";
-const QString receivedData = "Received data from pipe:";
-const QString opensWindow = "Open Window Signal from ASIO.";
-const QString waiting = "ThreadSettingsPip is running waiting Asio Info...";
-const QString windowShown = "Received signal from pipe thread to show settings window.";
 
 /// Each kind of message in turn.
 enum Kind { Request, NoRequest, FourBytes, Empty, Longest, TooLong, Drop, KindCount };
@@ -262,8 +258,8 @@ void tst_PipeStorm::checkTally(int count, int listenerCount)
     const int received = countOf(listenerCount, isReceived);
     const int windows = countOf(listenerCount, asksForTheWindow);
     const QHash<QString, int> expected{
-        {tooLong, both(TooLong)}, {dropped, both(Drop)},
-        {receivedData, received}, {"No data received from pipe.", listenerCount - received},
+        {tooLong, both(TooLong)}, {clientLeft, both(Drop)},
+        {receivedData, received}, {nothingReceived, listenerCount - received},
         {opensWindow, windows},   {windowShown, windows},
         {waiting, listenerCount},
     };

@@ -1,4 +1,5 @@
 #include "asiopipe.h"
+#include "listenerlog.h"
 #include "loghook.h"
 #include "otgtimers.h"
 #include "pipeclient.h"
@@ -38,8 +39,6 @@ void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 }
 
 namespace {
-
-const QString pipeSignalLine = "Received signal from pipe thread to show settings window.";
 
 /// Translates every text of the dialog, and no other, into itself between brackets.
 class BracketTranslator : public QTranslator
@@ -632,16 +631,16 @@ void tst_Settings::aRequestThroughThePipeShowsTheDialogOnTop()
     takeLog();
     QVERIFY(!dialog().windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     QVERIFY(sendToListener(messageOf({1, 2, 3, 4, 1})));
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(pipeSignalLine), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(listenerlog::windowShown), patience);
     QVERIFY(dialog().isVisible());
     QVERIFY(!dialog().isMinimized());
     QVERIFY(dialog().windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     QTRY_VERIFY_WITH_TIMEOUT(hasLogged(startLog().constLast()), patience);
     QStringList log = takeLog();
     // The two threads log independently.
-    QCOMPARE(log.removeAll(pipeSignalLine), 1);
+    QCOMPARE(log.removeAll(listenerlog::windowShown), 1);
     QCOMPARE(log,
-             (QStringList{"Received data from pipe: 1 2 3 4 1", "Open Window Signal from ASIO.",
+             (QStringList{"Received data from pipe: 1 2 3 4 1", listenerlog::opensWindow,
                           startLog().constLast()}));
 }
 
@@ -657,7 +656,7 @@ void tst_Settings::aRequestRestoresAMinimizedDialog()
     QCOMPARE(dialog().windowState() & (Qt::WindowMinimized | Qt::WindowMaximized),
              Qt::WindowStates());
     QVERIFY(dialog().windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    QCOMPARE(takeLog(), QStringList{pipeSignalLine});
+    QCOMPARE(takeLog(), QStringList{listenerlog::windowShown});
 }
 
 void tst_Settings::theDialogStaysOnTopForEver()
@@ -672,7 +671,7 @@ void tst_Settings::theDialogStaysOnTopForEver()
     takeLog();
     dialog().showFromPipe();
     QVERIFY(dialog().isVisible());
-    QCOMPARE(takeLog(), QStringList{pipeSignalLine});
+    QCOMPARE(takeLog(), QStringList{listenerlog::windowShown});
 }
 
 void tst_Settings::okWithoutAnAsioDriverHidesAndLogsTheError()
@@ -757,8 +756,8 @@ void tst_Settings::destructionClosesTheDeviceThenLogsThenStopsListening()
     QCOMPARE(openHandles, 0u);
     QCOMPARE(takeLog(),
              (QStringList{"Settings dialog closed and resources cleaned up.",
-                          "Error connecting to pipe. Error code: 995",
-                          "No data received from pipe.", "Pipe closed."}));
+                          "Error connecting to pipe. Error code: 995", listenerlog::nothingReceived,
+                          "Pipe closed."}));
     QCOMPARE(takeEvents(), QStringList{"close"});
 }
 

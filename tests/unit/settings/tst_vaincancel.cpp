@@ -1,3 +1,4 @@
+#include "listenerlog.h"
 #include "pipeclient.h"
 #include "settingsfixture.h"
 #include "threadsettingspip.h"
@@ -46,7 +47,7 @@ void tst_VainCancel::theListenerStops()
         listener.reset();
     }
     QVERIFY(vaincancel::count() > before);
-    QCOMPARE(takeLog(), (QStringList{error, "No data received from pipe.", "Pipe closed."}));
+    QCOMPARE(takeLog(), (QStringList{error, listenerlog::nothingReceived, "Pipe closed."}));
 }
 
 void tst_VainCancel::theDialogGoes()

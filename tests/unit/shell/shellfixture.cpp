@@ -1,5 +1,6 @@
 #include "shellfixture.h"
 
+#include "listenerlog.h"
 #include "models.h"
 
 #include <QTest>
@@ -101,8 +102,7 @@ void ShellFixture::init()
     observe();
     m_settings = std::make_unique<Settings>();
     // The dialog's listening thread has then said all it says by itself.
-    QTRY_VERIFY_WITH_TIMEOUT(hasLogged("ThreadSettingsPip is running waiting Asio Info..."),
-                             patience);
+    QTRY_VERIFY_WITH_TIMEOUT(hasLogged(listenerlog::waiting), patience);
     takeLog();
     takeRecord();
     m_connections.clear();
