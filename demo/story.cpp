@@ -247,7 +247,7 @@ bool Story::hasReceived(const QStringList &texts, qsizetype since)
 bool Story::showsPanel() const
 {
     const std::optional<WindowInfo> found = window();
-    if (!found || !found->title.startsWith(m_model.title))
+    if (!found || !found->title.startsWith(m_model.title()))
         return false;
     const PanelPicture panel = picture();
     return panel.knobs().size() == m_model.knobs().size()

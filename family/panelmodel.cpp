@@ -124,8 +124,6 @@ QList<int> toBothOutputs(int column)
 PanelModel rx1()
 {
     return {.name = "rx1",
-            .identifier = *modelIdentifier("rx1"),
-            .title = "Vesmora RX1 - FW: ",
             .outputChannels = {1, 2},
             .fixedRoutes = commonRoutes(),
             .controls = {
@@ -145,8 +143,6 @@ PanelModel rx1()
 PanelModel rx2()
 {
     return {.name = "rx2",
-            .identifier = *modelIdentifier("rx2"),
-            .title = "Vesmora RX2 - FW: ",
             .outputChannels = {1, 2, 5, 6},
             .fixedRoutes = commonRoutes() + diagonal(100, 0, 2) + diagonal(132, 0, 2),
             .controls =
@@ -176,8 +172,6 @@ PanelModel rx2()
 PanelModel rm()
 {
     return {.name = "rm",
-            .identifier = *modelIdentifier("rm"),
-            .title = "Vesmora RM - FW: ",
             .outputChannels = {1, 2},
             .fixedRoutes = commonRoutes() + diagonal(64, 2, 2),
             .controls = {
@@ -199,6 +193,14 @@ QString PanelControl::key() const
 QString PanelControl::saved(int value) const
 {
     return isKnob() ? QString::number(value) : value != 0 ? "true" : "false";
+}
+
+quint32 PanelModel::identifier() const
+{
+    const std::optional<quint32> identifier = modelIdentifier(name);
+    if (!identifier)
+        qFatal("The simulator knows no model %s", qPrintable(name));
+    return *identifier;
 }
 
 const PanelControl &PanelModel::control(const QString &name) const

@@ -40,14 +40,16 @@ struct PanelControl {
 
 /// A model of the family and its panel, as they ought to be.
 struct PanelModel {
-    QString name; ///< as the simulator calls it, e.g. "rx1"; also its panel's class
-    quint32 identifier;
-    QString title;                ///< how its window's title begins; the firmware follows
+    QString name;                 ///< as the simulator calls it, e.g. "rx1"; also its panel's class
     QList<int> outputChannels;    ///< that are opened at first
     QList<int> fixedRoutes;       ///< mixer entries at unity that no control writes
     QList<PanelControl> controls; ///< in the order of their replay
     bool logsSaving = false;
 
+    /// What its devices answer when they are asked what they are.
+    quint32 identifier() const;
+    /// How its window's title begins; the firmware follows.
+    QString title() const { return "Vesmora " + name.toUpper() + " - FW: "; }
     /// The name of its INI file.
     QString file() const { return name + ".ini"; }
     /// What the window logs when it shows the panel.

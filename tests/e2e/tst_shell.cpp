@@ -222,11 +222,11 @@ void tst_Shell::aPluggedModelShowsItsPanelAndFirmware()
     QVERIFY(plug(model.name));
     const qsizetype knobs = model.knobs().size();
     QCOMPARE(pictureWith(int(knobs), int(model.buttons().size())).knobs().size(), knobs);
-    QCOMPARE(window()->title, model.title + version);
+    QCOMPARE(window()->title, model.title() + version);
     QCOMPARE(log().count(model.layoutLog()), 1);
 
     QVERIFY(unplug());
-    QCOMPARE(window()->title, model.title + version);
+    QCOMPARE(window()->title, model.title() + version);
     QVERIFY(waitUntil([this] { return picture().knobs().isEmpty(); }));
 }
 
@@ -270,7 +270,7 @@ void tst_Shell::theThirdFailedPollTearsThePanelDown()
         linesContaining(log().lines(), {failedPoll, deleted, cleared}),
         QStringList({failedPoll + u'1', failedPoll + u'2', failedPoll + u'3', deleted, cleared}));
     QVERIFY(waitUntil([this] { return picture().knobs().isEmpty(); }));
-    QVERIFY(window()->title.startsWith(model.title));
+    QVERIFY(window()->title.startsWith(model.title()));
 }
 
 void tst_Shell::aSingleFailedPollIsForgotten()

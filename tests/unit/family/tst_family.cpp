@@ -17,9 +17,13 @@ private slots:
 
 void tst_Family::everyNamedModelIsDescribed()
 {
-    QCOMPARE(allPanelModels().size(), modelNames().size());
+    QStringList described;
+    for (const PanelModel &model : allPanelModels())
+        described << model.name;
+    QStringList named;
     for (const ModelName &known : modelNames())
-        QCOMPARE(panelModel(known.name).identifier, known.identifier);
+        named << known.name;
+    QCOMPARE(described, named);
 }
 
 void tst_Family::startsAreGolden_data()

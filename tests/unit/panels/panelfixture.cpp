@@ -42,7 +42,7 @@ void PanelFixture::begin(const PanelModel &model)
     m_panel.reset();
     m_model = model;
     observe();
-    plug(model.identifier);
+    plug(model.identifier());
 }
 
 void PanelFixture::build()
@@ -123,7 +123,7 @@ void addModelRows()
 
 std::unique_ptr<QWidget> createPanel(const PanelModel &model)
 {
-    const DeviceModel *found = findModel(model.identifier);
+    const DeviceModel *found = findModel(model.identifier());
     if (!found)
         qFatal("The product knows no model %s", qPrintable(model.name));
     return std::unique_ptr<QWidget>(found->createPanel());

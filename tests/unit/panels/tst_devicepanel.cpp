@@ -92,7 +92,7 @@ void tst_DevicePanel::aRefusedOpenLeavesThePanelEmpty()
 void tst_DevicePanel::aDeviceOnAnyBusIsFound()
 {
     QVERIFY(simulator().unplug());
-    QVERIFY(simulator().plug(model().identifier, 15));
+    QVERIFY(simulator().plug(model().identifier(), 15));
     QVERIFY(simulator().clearRecord());
     build();
     QCOMPARE(takeEvents().mid(0, 2), QStringList({"open", "setOutVolume 1 100"}));
@@ -196,7 +196,7 @@ void tst_DevicePanel::aPanelBuiltAgainTakesOverTheState()
     const QStringList lines = savedLines();
     deletePanel();
     QVERIFY(simulator().unplug());
-    QVERIFY(simulator().plug(model.identifier));
+    QVERIFY(simulator().plug(model.identifier()));
 
     build();
     QCOMPARE(simulator().mixerBlock(), block);

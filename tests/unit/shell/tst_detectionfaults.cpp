@@ -102,7 +102,7 @@ Outcome tst_DetectionFaults::expected(const PanelModel &model, Fault fault,
     if (fault != EngineOpen)
         return withDevice(model, fault, start);
     Outcome outcome;
-    outcome.log = QStringList{QString("Device PID: %1").arg(model.identifier),
+    outcome.log = QStringList{QString("Device PID: %1").arg(model.identifier()),
                               "Failed to create device in rx1.",
                               "Failed to connect to driver in settings window."};
     outcome.traffic =
@@ -116,7 +116,7 @@ Outcome tst_DetectionFaults::withDevice(const PanelModel &model, Fault fault,
 {
     Outcome outcome;
     outcome.content = QStringList{model.name};
-    outcome.log = QStringList{QString("Device PID: %1").arg(model.identifier)} + firstEngineLog();
+    outcome.log = QStringList{QString("Device PID: %1").arg(model.identifier())} + firstEngineLog();
     outcome.traffic =
         on(1, {"open", "getDevicePid"}) + on(2, {"open"}) + on(2, firstEngineRequests());
     int connection = 3;
@@ -135,8 +135,8 @@ Outcome tst_DetectionFaults::withDevice(const PanelModel &model, Fault fault,
         outcome.content << "获取固件版本失败，请检查连接！";
         return outcome;
     }
-    outcome.log << QString("Device found with PID: %1").arg(model.identifier);
-    outcome.title = model.title + firmware;
+    outcome.log << QString("Device found with PID: %1").arg(model.identifier());
+    outcome.title = model.title() + firmware;
     outcome.detects = false;
     outcome.polls = true;
     const QString failedPoll = "Error reading device PID from driver, error count: 1";
@@ -163,10 +163,10 @@ void tst_DetectionFaults::eachStepMayFail()
     const FaultRow &row = faults[fault];
     if (qstrcmp(row.command, "open") == 0 && !simulator().canRefuseOpens())
         QSKIP("Opening a device cannot be refused here.");
-    const PanelStart start = panelStarts(model.identifier).constFirst();
+    const PanelStart start = panelStarts(model.identifier()).constFirst();
     const Outcome outcome = expected(model, row.fault, start);
 
-    plug(model.identifier);
+    plug(model.identifier());
     QVERIFY(simulator().fail(QString::fromLatin1(row.command), row.nth, ERROR_GEN_FAILURE));
     MainWindow window;
     window.settingsWindow = &settings();
@@ -203,7 +203,7 @@ void tst_DetectionFaults::noFailingEngineOrPanelCommandStopsTheSearch()
 {
     QFETCH(PanelModel, model);
     QFETCH(QString, command);
-    plug(model.identifier);
+    plug(model.identifier());
     QVERIFY(simulator().fail(command, 1, ERROR_GEN_FAILURE));
     MainWindow window;
     window.settingsWindow = &settings();
@@ -212,9 +212,9 @@ void tst_DetectionFaults::noFailingEngineOrPanelCommandStopsTheSearch()
 
     const QStringList lines = takeLog();
     QVERIFY(!lines.isEmpty());
-    QCOMPARE(lines.constLast(), QString("Device found with PID: %1").arg(model.identifier));
+    QCOMPARE(lines.constLast(), QString("Device found with PID: %1").arg(model.identifier()));
     QCOMPARE(view.content(), QStringList{model.name});
-    QCOMPARE(window.windowTitle(), model.title + firmware);
+    QCOMPARE(window.windowTitle(), model.title() + firmware);
     QVERIFY(!view.detectTimer()->isActive());
     QVERIFY(view.pollTimer()->isActive());
     QCOMPARE(simulator().state().faults, 0u);

@@ -23,7 +23,7 @@ void addModels()
     QTest::addColumn<QString>("title");
     for (const PanelModel &model : allPanelModels())
         QTest::newRow(qPrintable(model.name))
-            << model.identifier << model.name << model.title + "2025093001";
+            << model.identifier() << model.name << model.title() + "2025093001";
 }
 
 QString pidLog(quint32 pid)
