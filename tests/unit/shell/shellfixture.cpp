@@ -48,11 +48,14 @@ QStringList ShellFixture::takeTraffic()
 
 QList<ShellFixture::PanelStart> ShellFixture::panelStarts(quint32 model, int count)
 {
+    const DeviceModel *found = findModel(model);
+    if (!found)
+        qFatal("The product knows no model %u", model);
     plug(model);
     QList<PanelStart> starts;
     std::vector<std::unique_ptr<QWidget>> panels;
     for (int i = 0; i < count; ++i) {
-        panels.emplace_back(findModel(model)->createPanel());
+        panels.emplace_back(found->createPanel());
         starts.append({takeLog(), takeSent()});
     }
     panels.clear();
