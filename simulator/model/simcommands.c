@@ -38,7 +38,7 @@ const SimCommand sim_commands[] = {
 
 const uint32_t sim_command_count = sizeof sim_commands / sizeof sim_commands[0];
 
-const SimPacketCommand sim_packet_commands[VESMORA_SIM_PACKET_COUNT] = {
+const SimPacketCommand sim_packet_commands[] = {
     {VESMORA_SEND_PACKET, VESMORA_OPCODE_OUT_VOLUME, "setOutVolume", SIM_VOLUME_PACKET},
     {VESMORA_SEND_PACKET, VESMORA_OPCODE_MIC_VOLUME, "setMicVolume", SIM_VOLUME_PACKET},
     {VESMORA_SEND_PACKET, VESMORA_OPCODE_MIC_20DB, "setMic20dB", SIM_SWITCH_PACKET},
@@ -51,6 +51,11 @@ const SimPacketCommand sim_packet_commands[VESMORA_SIM_PACKET_COUNT] = {
      SIM_PLAIN_PACKET},
 };
 
+#define PACKET_COMMANDS (sizeof sim_packet_commands / sizeof sim_packet_commands[0])
+static_assert(PACKET_COMMANDS <= VESMORA_SIM_PACKET_ROOM, "VESMORA_SIM_PACKET_ROOM");
+
+const uint32_t sim_packet_command_count = PACKET_COMMANDS;
+
 const SimCommand *command_find(uint32_t code)
 {
     for (uint32_t i = 0; i < sim_command_count; ++i) {
@@ -62,7 +67,7 @@ const SimCommand *command_find(uint32_t code)
 
 const SimPacketCommand *packet_command_find(uint32_t code, uint32_t opcode)
 {
-    for (uint32_t i = 0; i < VESMORA_SIM_PACKET_COUNT; ++i) {
+    for (uint32_t i = 0; i < sim_packet_command_count; ++i) {
         if (sim_packet_commands[i].code == code && sim_packet_commands[i].opcode == opcode)
             return &sim_packet_commands[i];
     }

