@@ -99,8 +99,8 @@ typedef struct MeterRecord {
     int32_t levels[VESMORA_METER_LEVELS];
 } MeterRecord;
 
-static_assert(VESMORA_GET_SAMPLE_RATE == 0xFFDC2020u, "first control code");
-static_assert(VESMORA_VENDOR_REQUEST == 0xFFDC20A0u, "last control code");
+static_assert(VESMORA_GET_SAMPLE_RATE == 0xFFDC2020u, "VESMORA_GET_SAMPLE_RATE");
+static_assert(VESMORA_VENDOR_REQUEST == 0xFFDC20A0u, "VESMORA_VENDOR_REQUEST");
 static_assert(sizeof(CommandPacket) == 37, "CommandPacket");
 static_assert(offsetof(CommandPacket, argument) == 3, "CommandPacket.argument");
 static_assert(offsetof(CommandPacket, channel) == 4, "CommandPacket.channel");

@@ -3,6 +3,7 @@
 #include "logcapture.h"
 #include "logtext.h"
 #include "opening.h"
+#include "simcommands.h"
 #include "testsimulator.h"
 #include "vesmoraiocontrol.h"
 #include "win32spy.h"
@@ -47,6 +48,11 @@ QStringList logOf(const DriverCommand &command)
     return command.name == "getBufferSize" ? QStringList{"Buffer size: (address)"} : QStringList();
 }
 
+bool isPacket(quint32 code)
+{
+    return code == 0xFFDC209C || code == 0xFFDC20A0;
+}
+
 QByteArray pattern(qsizetype length)
 {
     QByteArray bytes(length, '\0');
@@ -66,6 +72,7 @@ private slots:
     void cleanup();
     void cleanupTestCase();
 
+    void everyCommandOfTheDriverHasAnExample();
     void makesOneExactRequestAndGivesTheAnswer_data() { addCommandRows(); }
     void makesOneExactRequestAndGivesTheAnswer();
     void aFailingDriverIsAskedOnceAndNothingIsUndone_data();
@@ -165,6 +172,18 @@ QByteArray tst_Commands::bytesOfLastRequest()
 {
     const QList<Record> records = m_simulator.record();
     return records.isEmpty() ? QByteArray() : records.constLast().bytes;
+}
+
+void tst_Commands::everyCommandOfTheDriverHasAnExample()
+{
+    QStringList names;
+    for (quint32 i = 0; i < sim_command_count; ++i)
+        names << sim_commands[i].name;
+    for (quint32 i = 0; i < sim_packet_command_count; ++i)
+        names << sim_packet_commands[i].name;
+    for (const DriverCommand &command : driverCommands())
+        names.removeAll(command.name);
+    QCOMPARE(names, QStringList{"sendPacket"}); // which has a method for each opcode
 }
 
 void tst_Commands::makesOneExactRequestAndGivesTheAnswer()
@@ -302,7 +321,7 @@ void tst_Commands::everyPacketCommandReturnsTrueThoughTheDriverRejectsTheCode()
         expected.append(command.request + " !1");
         ++m_faults;
     }
-    QCOMPARE(expected.size(), 8);
+    QVERIFY(!expected.isEmpty());
     QCOMPARE(m_simulator.requests(), expected);
 }
 
@@ -480,17 +499,20 @@ void tst_Commands::packetsHaveExactlyTheseBytes()
 void tst_Commands::packetsEndInThirtyZeroBytesWhateverTheCommand()
 {
     open();
-    for (const DriverCommand &command : driverCommands())
+    int sent = 0;
+    for (const DriverCommand &command : driverCommands()) {
         observe(command, *m_device);
+        sent += isPacket(command.code) ? 1 : 0;
+    }
     int packets = 0;
     for (const Record &record : m_simulator.record()) {
-        if (record.code != 0xFFDC209C && record.code != 0xFFDC20A0)
+        if (!isPacket(record.code))
             continue;
         QCOMPARE(record.bytes.size(), 37);
         QCOMPARE(record.bytes.sliced(7), QByteArray(30, '\0'));
         ++packets;
     }
-    QCOMPARE(packets, 10);
+    QCOMPARE(packets, sent);
 }
 
 void tst_Commands::theMixerBlockArrivesWholeAndUncopied()

@@ -1,5 +1,6 @@
 #include "drivercommands.h"
 #include "opening.h"
+#include "simcommands.h"
 #include "testsimulator.h"
 #include "vesmoracontract.h"
 
@@ -102,7 +103,7 @@ void tst_RequestLengths::theDriverRejectsWrongLengths_data()
             row("no output", input, 0, 122);
         }
     }
-    QCOMPARE(codes.size(), 17);
+    QCOMPARE(codes.size(), qsizetype(sim_command_count));
 }
 
 void tst_RequestLengths::theDriverRejectsWrongLengths()
