@@ -2,8 +2,6 @@
 
 namespace {
 
-constexpr int choiceCount = 4;
-
 /// The titles and the button are of greenish blues; everything else is grey or nearly so.
 bool isTitleColor(QRgb pixel)
 {
@@ -39,15 +37,15 @@ SettingsPicture::SettingsPicture(const QImage &image, QPoint origin)
 {
     // The heading, a title above each choice, and the button.
     const QList<Band> bands = titleBands(image);
-    if (bands.size() != choiceCount + 2)
-        return;
+    const qsizetype choiceCount = bands.size() - 2;
     const int x = image.width() / 2;
     int down = 0;
-    for (int i = 1; i <= choiceCount; ++i) {
+    for (qsizetype i = 1; i <= choiceCount; ++i) {
         // The button is further away from the last choice than a title is from the others.
         if (i < choiceCount)
             down = (bands.at(i + 1).top - bands.at(i).bottom) / 2;
         m_choices << origin + QPoint(x, bands.at(i).bottom + down);
     }
-    m_ok = origin + QPoint(x, (bands.last().top + bands.last().bottom) / 2);
+    if (choiceCount > 0)
+        m_ok = origin + QPoint(x, (bands.last().top + bands.last().bottom) / 2);
 }

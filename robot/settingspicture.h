@@ -14,8 +14,7 @@ public:
     /// @p origin is where the picture's top left corner is on the screen.
     explicit SettingsPicture(const QImage &image, QPoint origin = {});
 
-    /// From the top: buffer size, USB latency, sample rate, safe mode. Empty when they are not all
-    /// to be seen.
+    /// From the top. Empty when nothing is to be seen.
     const QList<QPoint> &choices() const { return m_choices; }
     QPoint ok() const { return m_ok; }
 
