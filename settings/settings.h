@@ -10,9 +10,9 @@ class QComboBox;
 class QSettings;
 class QVBoxLayout;
 
-/// The dialog that sets up the driver's audio engine: buffer size, USB latency, sample rate and
-/// safe mode. A choice takes effect at once, through the sequences of AudioEngine, and is kept in
-/// "setting.ini" when the driver accepted all of it. Outcomes go to the debug log alone.
+/// The dialog that sets up the driver's audio engine. A choice takes effect at once, through the
+/// sequences of AudioEngine, and is kept in "setting.ini" when the driver accepted all of it.
+/// Outcomes go to the debug log alone.
 class Settings : public QDialog
 {
     Q_OBJECT
