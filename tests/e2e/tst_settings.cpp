@@ -197,6 +197,7 @@ void tst_Settings::compareChange(const QStringList &sent, const QStringList &log
 {
     m_sent << sent;
     m_logged << logged;
+    expectMessages(logged);
     const auto lines = [this] {
         return withoutAddresses(panelMessages(log().lines().mid(m_logStart)));
     };
