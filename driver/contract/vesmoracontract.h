@@ -15,7 +15,8 @@
 #include <stdint.h>
 #endif
 
-/* Device objects are named VesmoraAudioBus0 to VesmoraAudioBus15. */
+/* Device objects are called by this name and a number, from 0 on: VesmoraAudioBus0. */
+#define VESMORA_BUS_NAME "VesmoraAudioBus"
 #define VESMORA_BUS_COUNT 16
 
 /* Control codes: device type 0xFFDC, METHOD_BUFFERED, FILE_ANY_ACCESS; the function differs. */

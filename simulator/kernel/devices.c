@@ -83,7 +83,7 @@ static NTSTATUS create_bus(void)
 {
     const SimModel *model = simulator.model;
     DEVICE_OBJECT *object;
-    NTSTATUS status = create("VesmoraAudioBus", model->generation, &object);
+    NTSTATUS status = create(VESMORA_BUS_NAME, model->generation, &object);
     if (!NT_SUCCESS(status))
         return status;
     Device *device = device_of(object);

@@ -1,5 +1,6 @@
 #include "server.h"
 
+#include "controlprotocol.h"
 #include "hostfolder.h"
 #include "simstatus.h"
 #include "vesmoracontract.h"
@@ -16,12 +17,9 @@ namespace {
 // Where interests() puts what; the connections follow.
 enum Place { StopPlace, ControlPlace, BusPlace, FirstConnectionPlace };
 
-const char controlName[] = "VesmoraSimControl";
-const char busName[] = "VesmoraAudioBus";
-
 std::string busSocketName(std::uint32_t bus)
 {
-    return busName + std::to_string(bus);
+    return VESMORA_BUS_NAME + std::to_string(bus);
 }
 
 std::string describe(const std::string &what, int error)
@@ -40,12 +38,12 @@ std::string Server::start()
 {
     if (std::string mistake = claimFolder(); !mistake.empty())
         return mistake;
-    m_control.listener = Listener::create(m_folder.get(), controlName);
+    m_control.listener = Listener::create(m_folder.get(), VESMORA_SIM_DEVICE_NAME);
     if (!m_control.listener)
-        return describe(controlName, errno);
+        return describe(VESMORA_SIM_DEVICE_NAME, errno);
     m_control.handle = [this] { return m_simulation.controlHandle([this] { return syncBus(); }); };
     if (syncBus() != 0)
-        return describe(busName, errno);
+        return describe(VESMORA_BUS_NAME, errno);
     return {};
 }
 

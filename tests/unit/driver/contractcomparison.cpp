@@ -47,7 +47,7 @@ private:
     Cells controlCode(const QString &name) const;
     Cells constant(const QString &name, const Cells &cells) const;
     Cells opcode(const QString &name, const Cells &cells) const;
-    Cells pipe(const QString &name) const;
+    Cells object(const QString &name) const;
     Cells structure(const QString &name) const;
     Cells field(const QString &name) const;
     Cells crosspoint(const Cells &cells) const;
@@ -109,8 +109,8 @@ Cells Comparison::expected(const QString &kind, const Cells &cells)
         return constant(name, cells);
     if (kind == "Opcode")
         return opcode(name, cells);
-    if (kind == "Pipe")
-        return pipe(name);
+    if (kind == "Device" || kind == "Pipe")
+        return object(name);
     if (kind == "Structure")
         return structure(name);
     if (kind == "Field")
@@ -187,11 +187,11 @@ QString Comparison::packetOf(quint32 opcode, const QString &argument, const QStr
     return QString::fromLatin1(bytes.toHex(' ')).toUpper();
 }
 
-Cells Comparison::pipe(const QString &name) const
+Cells Comparison::object(const QString &name) const
 {
-    if (!m_header.pipes.contains(name))
-        return {"no such pipe"};
-    return {quoted(name), quoted(m_header.pipes.value(name))};
+    if (!m_header.names.contains(name))
+        return {"no such object"};
+    return {quoted(name), quoted(m_header.names.value(name))};
 }
 
 Cells Comparison::structure(const QString &name) const
@@ -251,7 +251,7 @@ void Comparison::complainAboutMissing()
         complainUnlessNamed(name);
     for (const QString &name : m_header.constants.keys())
         complainUnlessNamed(name);
-    for (const QString &name : m_header.pipes.keys())
+    for (const QString &name : m_header.names.keys())
         complainUnlessNamed(name);
     for (auto it = m_header.structures.cbegin(); it != m_header.structures.cend(); ++it) {
         complainUnlessNamed(it.key());

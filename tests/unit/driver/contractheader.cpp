@@ -77,8 +77,8 @@ void Reader::readDefinition(const QString &name, const QString &definition)
         readControlCode(name, code);
     else if (readNumber(number, value))
         header.constants.insert(name, value);
-    else if (const Match pipe = matchWhole("L\"(.*)\"", number); pipe.hasMatch())
-        header.pipes.insert(name, pipe.captured(1).replace("\\\\", "\\"));
+    else if (const Match text = matchWhole("L?\"(.*)\"", number); text.hasMatch())
+        header.names.insert(name, text.captured(1).replace("\\\\", "\\"));
     else
         header.unread.append(name);
 }

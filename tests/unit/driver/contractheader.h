@@ -24,7 +24,7 @@ struct ContractHeader {
 
     QMap<QString, ControlCode> controlCodes;
     QMap<QString, quint32> constants; ///< the numbers; opcodes among them
-    QMap<QString, QString> pipes;     ///< their names
+    QMap<QString, QString> names;     ///< of devices and pipes
     QMap<QString, Structure> structures;
     QStringList unread; ///< what was found and not understood
 };

@@ -78,9 +78,10 @@ void tst_ContractPage::theHeaderIsReadAsACompilerReadsIt()
     QCOMPARE(gains.offset, offsetof(MixerBlock, outputGains));
     QCOMPARE(gains.length, sizeof(MixerBlock::outputGains));
 
-    QCOMPARE(header.pipes.size(), 2);
-    QCOMPARE(header.pipes.value("VESMORA_RESET_PIPE"), QString::fromWCharArray(VESMORA_RESET_PIPE));
-    QCOMPARE(header.pipes.value("VESMORA_WINDOW_PIPE"),
+    QCOMPARE(header.names.size(), 3);
+    QCOMPARE(header.names.value("VESMORA_BUS_NAME"), VESMORA_BUS_NAME);
+    QCOMPARE(header.names.value("VESMORA_RESET_PIPE"), QString::fromWCharArray(VESMORA_RESET_PIPE));
+    QCOMPARE(header.names.value("VESMORA_WINDOW_PIPE"),
              QString::fromWCharArray(VESMORA_WINDOW_PIPE));
     QCOMPARE(header.constants.value("VESMORA_RESET_SIGNAL"), VESMORA_RESET_SIGNAL);
     const auto request = header.structures.value("WindowRequest");
@@ -114,6 +115,7 @@ void tst_ContractPage::aWrongNumberOnThePageIsNoticed_data()
     add("level", "| 3 | 12 |", "| 3 | 24 |");
     add("gain", "| -6 | 0.5011872336 |", "| -6 | 0.5 |");
     add("peak", "| -inf dB |", "| -160 dB |");
+    add("device's name", "| `VesmoraAudioBus` |", "| `VesmoraAudioBuss` |");
     add("pipe's name", "| `\\\\.\\pipe\\VesmoraASIOToPannel` |",
         "| `\\\\.\\pipe\\VesmoraASIOToPanel` |");
     add("pipe of another name", "| `VESMORA_RESET_PIPE` |", "| `VESMORA_ASIO_PIPE` |");
