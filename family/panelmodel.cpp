@@ -145,28 +145,27 @@ PanelModel rx2()
     return {.name = "rx2",
             .outputChannels = {1, 2, 5, 6},
             .fixedRoutes = commonRoutes() + diagonal(100, 0, 2) + diagonal(132, 0, 2),
-            .controls =
-                {
-                    pad("Mic120dB", 0, 1),
-                    phantom("Mic148V", 1, 1),
-                    monitor("MonitorMic1", 2, toBothOutputs(0)),
-                    gain("Mic1", 0, 1, 56),
-                    gain("Mic2", 1, 2, 56),
-                    pad("Mic220dB", 3, 2),
-                    phantom("Mic248V", 4, 2),
-                    monitor("MonitorMic2", 5, toBothOutputs(1)),
-                    volume("Speaker", 2, 0, "Speaker Knob value changed: {called}",
-                           "Speaker volume set to: {effective}"),
-                    outputSwitch("Speaker", Kind::Mute, 6, true),
-                    outputSwitch("Speaker", Kind::Dim, 7, false),
-                    volume("Headphone", 4, 4, "Headphone Knob value changed: {called}",
-                           "Headphone volume set to: {effective}"),
-                    outputSwitch("Headphone", Kind::Mute, 8, false),
-                    outputSwitch("Headphone", Kind::Dim, 9, false),
-                    phone("OtgToHp", 5, "HP", diagonal(68, 2, 2)),
-                    phone("OtgToSP", 3, "SP", diagonal(64, 2, 2)),
-                },
-            .logsSaving = true};
+            .logsSaving = true,
+            .controls = {
+                pad("Mic120dB", 0, 1),
+                phantom("Mic148V", 1, 1),
+                monitor("MonitorMic1", 2, toBothOutputs(0)),
+                gain("Mic1", 0, 1, 56),
+                gain("Mic2", 1, 2, 56),
+                pad("Mic220dB", 3, 2),
+                phantom("Mic248V", 4, 2),
+                monitor("MonitorMic2", 5, toBothOutputs(1)),
+                volume("Speaker", 2, 0, "Speaker Knob value changed: {called}",
+                       "Speaker volume set to: {effective}"),
+                outputSwitch("Speaker", Kind::Mute, 6, true),
+                outputSwitch("Speaker", Kind::Dim, 7, false),
+                volume("Headphone", 4, 4, "Headphone Knob value changed: {called}",
+                       "Headphone volume set to: {effective}"),
+                outputSwitch("Headphone", Kind::Mute, 8, false),
+                outputSwitch("Headphone", Kind::Dim, 9, false),
+                phone("OtgToHp", 5, "HP", diagonal(68, 2, 2)),
+                phone("OtgToSP", 3, "SP", diagonal(64, 2, 2)),
+            }};
 }
 
 PanelModel rm()
@@ -205,11 +204,11 @@ quint32 PanelModel::identifier() const
 
 const PanelControl &PanelModel::control(const QString &name) const
 {
-    const auto found = std::find_if(controls.cbegin(), controls.cend(),
-                                    [&](const PanelControl &one) { return one.name == name; });
-    if (found == controls.cend())
-        qFatal("The panel of the %s has no control %s", qPrintable(this->name), qPrintable(name));
-    return *found;
+    for (const PanelControl &one : controls) {
+        if (one.name == name)
+            return one;
+    }
+    qFatal("The panel of the %s has no control %s", qPrintable(this->name), qPrintable(name));
 }
 
 QList<PanelControl> PanelModel::inPicture(bool knobs) const
@@ -238,12 +237,11 @@ const QList<PanelModel> &allPanelModels()
 
 const PanelModel &panelModel(const QString &name)
 {
-    const QList<PanelModel> &models = allPanelModels();
-    const auto found = std::find_if(models.cbegin(), models.cend(),
-                                    [&](const PanelModel &one) { return one.name == name; });
-    if (found == models.cend())
-        qFatal("There is no model %s", qPrintable(name));
-    return *found;
+    for (const PanelModel &one : allPanelModels()) {
+        if (one.name == name)
+            return one;
+    }
+    qFatal("There is no model %s", qPrintable(name));
 }
 
 double gainOf(int db)

@@ -40,11 +40,11 @@ struct PanelControl {
 
 /// A model of the family and its panel, as they ought to be.
 struct PanelModel {
-    QString name;                 ///< as the simulator calls it, e.g. "rx1"; also its panel's class
-    QList<int> outputChannels;    ///< that are opened at first
-    QList<int> fixedRoutes;       ///< mixer entries at unity that no control writes
-    QList<PanelControl> controls; ///< in the order of their replay
+    QString name;              ///< as the simulator calls it, e.g. "rx1"; also its panel's class
+    QList<int> outputChannels; ///< that are opened at first
+    QList<int> fixedRoutes;    ///< mixer entries at unity that no control writes
     bool logsSaving = false;
+    QList<PanelControl> controls; ///< in the order of their replay
 
     /// What its devices answer when they are asked what they are.
     quint32 identifier() const;

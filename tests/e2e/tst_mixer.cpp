@@ -1,13 +1,14 @@
-#include "mixerfixture.h"
-
+#include "expectedpanel.h"
 #include "goldenstart.h"
 #include "knownmessages.h"
 #include "pixelclusters.h"
+#include "programfixture.h"
 #include "waiting.h"
 
 #include <QTest>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -46,18 +47,65 @@ int inTheMiddle(const PanelControl &knob)
     return knob.kind == PanelControl::Kind::Gain ? 10 : -20;
 }
 
-QString entry(const PanelControl &control, int value)
-{
-    return control.key() + '=' + control.saved(value);
-}
-
 } // namespace
 
-MixerFixture::MixerFixture(const QString &model)
-    : m_model(panelModel(model))
-{ }
+/// What every model's panel has to do in the running program: what the mouse does reaches the
+/// interface, the file and the log. The environment's VESMORA_MODEL says whose panel it is.
+class tst_Mixer : public ProgramFixture
+{
+    Q_OBJECT
 
-bool MixerFixture::showPanel(const QMap<QString, QString> &stored)
+private slots:
+    void theFirstStartBringsTheEngineUp();
+    void theFirstStartSendsTheDefaultsInOrderAndSavesThem();
+    void theFirstStartSendsThesePackets();
+    void storedValuesAreClampedSentAndSavedBack();
+    void everyKnobFollows_data();
+    void everyKnobFollows();
+    void typedTextsAreReadAsNumbers();
+    void everyButtonIsSentTwiceAndSaved();
+    void muteWinsOverDimAndLeavesOtherOutputsAlone();
+    void theStateSetByHandComesBackWhenPluggedInAgain();
+    void levelsChangeTheNumbersBesideTheirKnobs();
+    void aMeterThatCannotBeReadIsOnlyLogged();
+
+private:
+    /// Uses a knob that shows its stored value, and checks what comes of it.
+    using Gesture = void (tst_Mixer::*)(const PanelControl &, const PanelPicture::Knob &);
+
+    /// Starts the panel with its model plugged and its window open, and these values stored, by
+    /// "Section/Key"; what it does meanwhile is forgotten.
+    bool showPanel(const QMap<QString, QString> &stored = {});
+    /// The same with stored values that keep every control away from its ends.
+    bool showStoredPanel();
+    /// Compares all that the panel has sent and logged since it was shown with what is expected.
+    void compare();
+    bool waitForSaved(const PanelControl &control, int value);
+    /// The whole panel, as soon as it is there.
+    PanelPicture wholePicture() const;
+    /// The middle of a knob or button.
+    QPoint place(const PanelControl &control) const;
+
+    void turnByWheel(const PanelControl &knob, const PanelPicture::Knob &shown);
+    void drag(const PanelControl &knob, const PanelPicture::Knob &shown);
+    void clickWithControl(const PanelControl &knob, const PanelPicture::Knob &shown);
+    void doubleClick(const PanelControl &knob, const PanelPicture::Knob &shown);
+    void type(const PanelControl &knob, const PanelPicture::Knob &shown);
+    void press(const PanelControl &button, bool on);
+    bool expectValues(const PanelControl &knob, const QList<int> &values);
+    bool turnedBecomes(const PanelControl &knob, double least, double most);
+    void compareShown(const ExpectedPanel &panel);
+    QList<int> knobsWithChangedNumbers(const QImage &before) const;
+
+    const PanelModel m_model = panelModel(qEnvironmentVariable("VESMORA_MODEL"));
+    std::optional<ExpectedPanel> m_expected; ///< what the panel does, according to the family
+    int m_handle = 0;
+    qsizetype m_logStart = 0;
+    QStringList m_sent;
+    QStringList m_logged;
+};
+
+bool tst_Mixer::showPanel(const QMap<QString, QString> &stored)
 {
     if (!stored.isEmpty() && !iniFile(m_model.file()).write(stored))
         return false;
@@ -77,7 +125,7 @@ bool MixerFixture::showPanel(const QMap<QString, QString> &stored)
     return true;
 }
 
-bool MixerFixture::showStoredPanel()
+bool tst_Mixer::showStoredPanel()
 {
     QMap<QString, QString> stored;
     const QList<PanelControl> knobs = m_model.knobs();
@@ -86,14 +134,14 @@ bool MixerFixture::showStoredPanel()
     return showPanel(stored);
 }
 
-bool MixerFixture::waitForSaved(const PanelControl &control, int value)
+bool tst_Mixer::waitForSaved(const PanelControl &control, int value)
 {
     return waitUntil([&] {
         return iniFile(m_model.file()).values().value(control.key()) == control.saved(value);
     });
 }
 
-void MixerFixture::compare()
+void tst_Mixer::compare()
 {
     m_sent << m_expected->takeRequests();
     waitUntil([this] { return sentThrough(m_handle).size() >= m_sent.size(); });
@@ -104,13 +152,13 @@ void MixerFixture::compare()
     QCOMPARE(lines(), m_logged);
 }
 
-PanelPicture MixerFixture::wholePicture() const
+PanelPicture tst_Mixer::wholePicture() const
 {
     return pictureWith(static_cast<int>(m_model.knobs().size()),
                        static_cast<int>(m_model.buttons().size()));
 }
 
-QPoint MixerFixture::place(const PanelControl &control) const
+QPoint tst_Mixer::place(const PanelControl &control) const
 {
     const PanelPicture shown = wholePicture();
     return control.isKnob() ? shown.knobs().at(control.place).centre
@@ -118,7 +166,7 @@ QPoint MixerFixture::place(const PanelControl &control) const
 }
 
 /// Whether the window shows what @p panel has saved.
-void MixerFixture::compareShown(const ExpectedPanel &panel)
+void tst_Mixer::compareShown(const ExpectedPanel &panel)
 {
     const PanelPicture shown = wholePicture();
     for (const PanelControl &control : m_model.controls) {
@@ -137,7 +185,22 @@ void MixerFixture::compareShown(const ExpectedPanel &panel)
     }
 }
 
-void MixerFixture::theFirstStartSendsTheDefaultsInOrderAndSavesThem()
+void tst_Mixer::theFirstStartBringsTheEngineUp()
+{
+    QVERIFY(start());
+    QVERIFY(plug(m_model.name));
+    QVERIFY(log().waitFor("设置初始化完成"));
+    QCOMPARE(
+        sentBesides("setWdmChannelCount"),
+        QStringList({"open", "getBufferSize", "getUsbLatency", "stopAudio", "setBufferSize 192",
+                     "restartAudio", "getSampleRate", "stopAudio", "setSampleRate 44100",
+                     "setWdmChannelCount 4", "setOtgOff", "setOtgOn", "initAudio"}));
+    QCOMPARE(sentBesides("getFirmwareVersion"),
+             QStringList({"open", "getDevicePid", "getFirmwareVersion", "close"}));
+    QCOMPARE(iniFile("setting.ini").values().value("Audio/BufferSize"), "192");
+}
+
+void tst_Mixer::theFirstStartSendsTheDefaultsInOrderAndSavesThem()
 {
     const GoldenStart golden = goldenFirstStart(m_model.name);
     QVERIFY(start());
@@ -148,7 +211,7 @@ void MixerFixture::theFirstStartSendsTheDefaultsInOrderAndSavesThem()
     QCOMPARE(log().count(loaded), 2);
 }
 
-void MixerFixture::theFirstStartSendsThesePackets()
+void tst_Mixer::theFirstStartSendsThesePackets()
 {
     QVERIFY(start());
     QVERIFY(plug(m_model.name));
@@ -161,7 +224,7 @@ void MixerFixture::theFirstStartSendsThesePackets()
     QCOMPARE(packets, goldenFirstStart(m_model.name).packets);
 }
 
-void MixerFixture::storedValuesAreClampedSentAndSavedBack()
+void tst_Mixer::storedValuesAreClampedSentAndSavedBack()
 {
     // In an order that is neither the panel's nor that of the alphabet: by turns above and below
     // what a knob can have, and every third button off.
@@ -173,8 +236,8 @@ void MixerFixture::storedValuesAreClampedSentAndSavedBack()
         const int value = !control.isKnob() ? buttons++ % 3 != 1
             : knobs++ % 2 == 0              ? control.maximum + 8
                                             : control.minimum - 1;
-        before.prepend(entry(control, value));
         stored[control.key()] = control.saved(value);
+        before.prepend(control.key() + '=' + control.saved(value));
     }
     ExpectedPanel panel(m_model, stored);
     panel.construct();
@@ -192,17 +255,17 @@ void MixerFixture::storedValuesAreClampedSentAndSavedBack()
     compareShown(panel);
 }
 
-void MixerFixture::everyKnobFollows_data()
+void tst_Mixer::everyKnobFollows_data()
 {
     QTest::addColumn<Gesture>("gesture");
-    QTest::newRow("the wheel") << &MixerFixture::turnByWheel;
-    QTest::newRow("a drag") << &MixerFixture::drag;
-    QTest::newRow("Ctrl and click") << &MixerFixture::clickWithControl;
-    QTest::newRow("a double-click beside its number") << &MixerFixture::doubleClick;
-    QTest::newRow("a number typed after a double-click") << &MixerFixture::type;
+    QTest::newRow("the wheel") << &tst_Mixer::turnByWheel;
+    QTest::newRow("a drag") << &tst_Mixer::drag;
+    QTest::newRow("Ctrl and click") << &tst_Mixer::clickWithControl;
+    QTest::newRow("a double-click beside its number") << &tst_Mixer::doubleClick;
+    QTest::newRow("a number typed after a double-click") << &tst_Mixer::type;
 }
 
-void MixerFixture::everyKnobFollows()
+void tst_Mixer::everyKnobFollows()
 {
     QFETCH(Gesture, gesture);
     QVERIFY(showStoredPanel());
@@ -216,7 +279,7 @@ void MixerFixture::everyKnobFollows()
     }
 }
 
-void MixerFixture::turnByWheel(const PanelControl &knob, const PanelPicture::Knob &shown)
+void tst_Mixer::turnByWheel(const PanelControl &knob, const PanelPicture::Knob &shown)
 {
     const int first = inTheMiddle(knob);
     QVERIFY(pointer().wheel(shown.centre, 3));
@@ -225,30 +288,26 @@ void MixerFixture::turnByWheel(const PanelControl &knob, const PanelPicture::Kno
     QVERIFY2(expectValues(knob, {first + 2, first + 1, first}), qPrintable(knob.name));
 }
 
-void MixerFixture::drag(const PanelControl &knob, const PanelPicture::Knob &shown)
+void tst_Mixer::drag(const PanelControl &knob, const PanelPicture::Knob &shown)
 {
-    struct Step {
-        QPoint to;
-        int value;
-    };
     // The first move counts from the knob's corner, so it goes down and right: one down, one up.
     // Then two up, one up and right, one left.
     const int first = inTheMiddle(knob);
-    const Step steps[] = {{{0, -4}, first},
-                          {{0, -8}, first + 1},
-                          {{0, -12}, first + 2},
-                          {{4, -16}, first + 4},
-                          {{0, -16}, first + 3}};
+    const std::pair<QPoint, int> steps[] = {{{0, -4}, first},
+                                            {{0, -8}, first + 1},
+                                            {{0, -12}, first + 2},
+                                            {{4, -16}, first + 4},
+                                            {{0, -16}, first + 3}};
     QVERIFY(pointer().press(shown.centre));
-    for (const Step &step : steps) {
+    for (const auto &[offset, value] : steps) {
         // One move at a time: moves that nobody has seen yet become one.
-        QVERIFY(pointer().moveTo(shown.centre + step.to));
-        QVERIFY2(expectValues(knob, {step.value}), qPrintable(knob.name));
+        QVERIFY(pointer().moveTo(shown.centre + offset));
+        QVERIFY2(expectValues(knob, {value}), qPrintable(knob.name));
     }
     QVERIFY(pointer().release());
 }
 
-void MixerFixture::clickWithControl(const PanelControl &knob, const PanelPicture::Knob &shown)
+void tst_Mixer::clickWithControl(const PanelControl &knob, const PanelPicture::Knob &shown)
 {
     QVERIFY(pointer().controlClick(shown.centre));
     QVERIFY2(expectValues(knob, {knob.minimum}), qPrintable(knob.name));
@@ -258,14 +317,14 @@ void MixerFixture::clickWithControl(const PanelControl &knob, const PanelPicture
     QVERIFY2(expectValues(knob, {knob.minimum}), qPrintable(knob.name));
 }
 
-void MixerFixture::doubleClick(const PanelControl &knob, const PanelPicture::Knob &shown)
+void tst_Mixer::doubleClick(const PanelControl &knob, const PanelPicture::Knob &shown)
 {
     QVERIFY(pointer().doubleClick(shown.ring));
     QVERIFY2(expectValues(knob, {knob.minimum}), qPrintable(knob.name));
     QVERIFY2(turnedBecomes(knob, 0.0, 0.0), qPrintable(knob.name));
 }
 
-void MixerFixture::type(const PanelControl &knob, const PanelPicture::Knob &shown)
+void tst_Mixer::type(const PanelControl &knob, const PanelPicture::Knob &shown)
 {
     QVERIFY(pointer().doubleClick(shown.centre));
     QVERIFY(pointer().type("99"));
@@ -277,7 +336,7 @@ void MixerFixture::type(const PanelControl &knob, const PanelPicture::Knob &show
 }
 
 /// Waits until the knob's values, one after the other, were sent, logged and saved.
-bool MixerFixture::expectValues(const PanelControl &knob, const QList<int> &values)
+bool tst_Mixer::expectValues(const PanelControl &knob, const QList<int> &values)
 {
     for (const int value : values)
         m_expected->act(knob, value);
@@ -285,7 +344,7 @@ bool MixerFixture::expectValues(const PanelControl &knob, const QList<int> &valu
     return !QTest::currentTestFailed() && waitForSaved(knob, values.last());
 }
 
-bool MixerFixture::turnedBecomes(const PanelControl &knob, double least, double most)
+bool tst_Mixer::turnedBecomes(const PanelControl &knob, double least, double most)
 {
     return waitUntil([&] {
         const double turned = wholePicture().knobs().at(knob.place).turned;
@@ -293,7 +352,23 @@ bool MixerFixture::turnedBecomes(const PanelControl &knob, double least, double 
     });
 }
 
-void MixerFixture::everyButtonIsSentTwiceAndSaved()
+void tst_Mixer::typedTextsAreReadAsNumbers()
+{
+    QVERIFY(showStoredPanel());
+    const PanelControl gain = m_model.knobs().first();
+    // Above the maximum, and with letters alone, which change nothing.
+    const std::pair<const char *, int> typings[] = {
+        {"12", 12}, {"7dB", 7}, {"99", gain.maximum}, {"loud", gain.maximum}};
+    for (const auto &[text, value] : typings) {
+        QVERIFY(pointer().doubleClick(place(gain)));
+        QVERIFY(pointer().type(text));
+        compare();
+        QVERIFY(pointer().key("Return"));
+        QVERIFY2(expectValues(gain, {value}), text);
+    }
+}
+
+void tst_Mixer::everyButtonIsSentTwiceAndSaved()
 {
     QVERIFY(showStoredPanel());
     const QList<PanelControl> buttons = m_model.buttons();
@@ -308,7 +383,7 @@ void MixerFixture::everyButtonIsSentTwiceAndSaved()
     }
 }
 
-void MixerFixture::press(const PanelControl &button, bool on)
+void tst_Mixer::press(const PanelControl &button, bool on)
 {
     QVERIFY2(pointer().click(place(button)), qPrintable(button.name));
     // Once for the press, once for the click.
@@ -317,25 +392,22 @@ void MixerFixture::press(const PanelControl &button, bool on)
     compare();
 }
 
-void MixerFixture::muteWinsOverDimAndLeavesOtherOutputsAlone()
+void tst_Mixer::muteWinsOverDimAndLeavesOtherOutputsAlone()
 {
-    struct Step {
-        const char *button;
-        bool on;
-    };
+    const std::pair<const char *, bool> steps[] = {{"Dim", true}, {"Mute", true},  {"Dim", false},
+                                                   {"Dim", true}, {"Mute", false}, {"Dim", false}};
     QList<PanelControl> volumes = m_model.knobs();
     volumes.removeIf([](const PanelControl &knob) { return knob.output.isEmpty(); });
     QVERIFY(showStoredPanel());
-    for (const Step &step : {Step{"Dim", true}, Step{"Mute", true}, Step{"Dim", false},
-                             Step{"Dim", true}, Step{"Mute", false}, Step{"Dim", false}}) {
+    for (const auto &[action, on] : steps) {
         for (const PanelControl &volume : std::as_const(volumes))
-            press(m_model.control(volume.name + step.button), step.on);
+            press(m_model.control(volume.name + action), on);
     }
     for (const PanelControl &volume : std::as_const(volumes))
         QVERIFY(waitForSaved(volume, inTheMiddle(volume)));
 }
 
-void MixerFixture::theStateSetByHandComesBackWhenPluggedInAgain()
+void tst_Mixer::theStateSetByHandComesBackWhenPluggedInAgain()
 {
     const GoldenStart golden = goldenReplay(m_model.name);
     const QMap<QString, QString> values = golden.values();
@@ -362,7 +434,7 @@ void MixerFixture::theStateSetByHandComesBackWhenPluggedInAgain()
     compareShown(ExpectedPanel(m_model, values));
 }
 
-void MixerFixture::levelsChangeTheNumbersBesideTheirKnobs()
+void tst_Mixer::levelsChangeTheNumbersBesideTheirKnobs()
 {
     const QList<qint32> quiet(4, minus20Db);
     QVERIFY(simulator().setLevels(quiet));
@@ -390,7 +462,7 @@ void MixerFixture::levelsChangeTheNumbersBesideTheirKnobs()
     }
 }
 
-QList<int> MixerFixture::knobsWithChangedNumbers(const QImage &before) const
+QList<int> tst_Mixer::knobsWithChangedNumbers(const QImage &before) const
 {
     const QRect area = window()->area;
     const QImage now = desktop().windows().picture(area);
@@ -406,7 +478,7 @@ QList<int> MixerFixture::knobsWithChangedNumbers(const QImage &before) const
     return found;
 }
 
-void MixerFixture::aMeterThatCannotBeReadIsOnlyLogged()
+void tst_Mixer::aMeterThatCannotBeReadIsOnlyLogged()
 {
     const QString failure = "Failed to read meter data from driver.";
     QVERIFY(showPanel());
@@ -422,3 +494,6 @@ void MixerFixture::aMeterThatCannotBeReadIsOnlyLogged()
     QCOMPARE(log().count(failure), 2);
     QCOMPARE(wholePicture().knobs().size(), m_model.knobs().size());
 }
+
+QTEST_GUILESS_MAIN(tst_Mixer)
+#include "tst_mixer.moc"
