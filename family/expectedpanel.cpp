@@ -11,12 +11,6 @@ using Kind = PanelControl::Kind;
 constexpr int silence = -80;
 constexpr int dimming = 20;
 
-/// As the log writes numbers.
-QString shortText(double value)
-{
-    return QString::number(value, 'g', 6);
-}
-
 } // namespace
 
 ExpectedPanel::ExpectedPanel(const PanelModel &model, const QMap<QString, QString> &stored)
@@ -74,7 +68,7 @@ void ExpectedPanel::perform(const PanelControl &control, int value, quint32 erro
     } else {
         log(control.log.before, words);
         const double entry = control.kind == Kind::Phone ? gainOf(accepted) : accepted;
-        words["gain"] = shortText(entry);
+        words["gain"] = QString::number(entry);
         if (control.channel != 0)
             sendPacket(control.command, control.channel,
                        control.kind == Kind::Gain ? 2 * accepted : accepted, error);
@@ -97,7 +91,7 @@ void ExpectedPanel::setVolume(const PanelControl &volume, int called, quint32 er
                                                       : called;
     const QMap<QString, QString> words{{"called", QString::number(called)},
                                        {"effective", QString::number(effective)},
-                                       {"gain", shortText(gainOf(effective))}};
+                                       {"gain", QString::number(gainOf(effective))}};
     log(volume.log.before, words);
     sendEntries(volume.entries, gainOf(effective), error);
     log(isRefused ? volume.log.failure : volume.log.success, words);
