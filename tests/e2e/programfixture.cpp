@@ -142,12 +142,12 @@ PanelPicture ProgramFixture::pictureWith(int knobs, int buttons) const
     return isComplete ? found : PanelPicture();
 }
 
-QImage ProgramFixture::stillPicture(const WindowInfo &window) const
+QImage ProgramFixture::stillPicture(const QRect &area) const
 {
     QImage before;
     QImage now;
     const bool isStill = waitUntil([&] {
-        before = std::exchange(now, desktop().windows().picture(window.area));
+        before = std::exchange(now, desktop().windows().picture(area));
         return !now.isNull() && now == before;
     });
     return isStill ? now : QImage();

@@ -53,8 +53,8 @@ protected:
     PanelPicture picture() const { return shownPanel(m_desktop.windows()); }
     /// Waits until the window shows that many controls; an empty picture if it never does.
     PanelPicture pictureWith(int knobs, int buttons) const;
-    /// The window's picture once it no longer changes; null if it never does.
-    QImage stillPicture(const WindowInfo &window) const;
+    /// The picture of a part of the screen once it no longer changes; null if it never does.
+    QImage stillPicture(const QRect &area) const;
     /// Waits until the panel shows the levels that the interface has now.
     bool waitForLevels();
 

@@ -119,7 +119,7 @@ void tst_Looks::everyWindow()
 void tst_Looks::keepPicture(const WindowInfo &window, const QString &name)
 {
     const QString path = m_folder + u'/' + name + ".png";
-    QVERIFY2(stillPicture(window).save(path), qPrintable(path));
+    QVERIFY2(stillPicture(window.area).save(path), qPrintable(path));
 }
 
 void tst_Looks::verifyPanel(const Look &look, double scale)
