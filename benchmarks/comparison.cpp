@@ -1,0 +1,123 @@
+#include "comparison.h"
+
+#include "clock.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+double wallTime()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double, std::micro>(now).count();
+}
+
+QJsonArray toJson(const QList<double> &numbers)
+{
+    QJsonArray array;
+    for (const double number : numbers)
+        array.append(number);
+    return array;
+}
+
+Cost costOfTimes(int times, const Work &work)
+{
+    return costOf([&] {
+        for (int i = 0; i < times; ++i)
+            work();
+    });
+}
+
+/// How often work has to be repeated to take as long as a measurement shall.
+int timesToFill(const Effort &effort, const Work &work)
+{
+    int times = 1;
+    for (;; times *= 2) {
+        const Cost cost = costOfTimes(times, work);
+        if (cost.wall >= effort.batch && cost.processor >= processorTimeGrain)
+            return times;
+    }
+}
+
+} // namespace
+
+Cost operator/(const Cost &cost, double divisor)
+{
+    return {cost.wall / divisor, cost.processor / divisor};
+}
+
+Cost costOf(const Work &work)
+{
+    const double wall = wallTime();
+    const double processor = processorTime();
+    work();
+    const double processorAfter = processorTime();
+    return {wallTime() - wall, processorAfter - processor};
+}
+
+void report(const Figure &figure, const QString &measure, const QString &unit,
+            const QList<double> &product, const QList<double> &floor)
+{
+    const QJsonObject line{
+        {QStringLiteral("figure"), figure.name},  {QStringLiteral("against"), figure.floor},
+        {QStringLiteral("goal"), figure.goal},    {QStringLiteral("measure"), measure},
+        {QStringLiteral("unit"), unit},           {QStringLiteral("product"), toJson(product)},
+        {QStringLiteral("floor"), toJson(floor)},
+    };
+    std::puts(QJsonDocument(line).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+}
+
+void compare(const Figure &figure, const Effort &effort, const std::function<Cost()> &product,
+             const std::function<Cost()> &floor)
+{
+    product();
+    floor();
+    QList<Cost> products;
+    QList<Cost> floors;
+    for (int pair = 0; pair < effort.pairs; ++pair) {
+        // Neither side is always the one that finds the other's traces in the caches.
+        if (pair % 2 != 0)
+            floors.append(floor());
+        products.append(product());
+        if (pair % 2 == 0)
+            floors.append(floor());
+    }
+    const auto all = [](const QList<Cost> &costs, double Cost::*time) {
+        QList<double> times;
+        for (const Cost &cost : costs)
+            times.append(cost.*time);
+        return times;
+    };
+    for (const auto &[measure, time] : {std::pair(QStringLiteral("processor"), &Cost::processor),
+                                        std::pair(QStringLiteral("wall"), &Cost::wall)})
+        report(figure, measure, QStringLiteral("µs"), all(products, time), all(floors, time));
+}
+
+void compareRepeated(const Figure &figure, const Effort &effort, const Work &product,
+                     const Work &floor, const Work &before)
+{
+    const int times = timesToFill(effort, floor);
+    const auto measured = [&](const Work &work) {
+        if (before)
+            before();
+        return costOfTimes(times, work) / times;
+    };
+    compare(
+        figure, effort, [&] { return measured(product); }, [&] { return measured(floor); });
+}
+
+void require(bool condition, const QString &reason)
+{
+    if (condition)
+        return;
+    std::fprintf(stderr, "%s\n", reason.toUtf8().constData());
+    std::exit(EXIT_FAILURE);
+}

@@ -1,0 +1,102 @@
+#include "figures.h"
+
+#include "knob.h"
+#include "panelparts.h"
+
+#include <QCoreApplication>
+#include <QDial>
+#include <QImage>
+#include <QStyle>
+#include <QStyleFactory>
+
+#include <memory>
+
+namespace {
+
+/// A knob as the panels make it, and a dial of its size and range, side by side in a window.
+class Pair
+{
+public:
+    explicit Pair(Knob *knobOfPanel)
+        : knob(knobOfPanel)
+        , dial(new QDial)
+    {
+        const QSize size = knob->maximumSize();
+        knob->setParent(&window);
+        knob->setGeometry(QRect(QPoint(0, 0), size));
+        dial->setParent(&window);
+        dial->setStyle(m_fusion.get());
+        dial->setGeometry(QRect(QPoint(size.width(), 0), size));
+        dial->setRange(knob->minValue, knob->maxValue);
+        window.resize(2 * size.width(), size.height());
+        knob->setValue(-20);
+        dial->setValue(-20);
+    }
+
+    /// The value after @p value; after the last one the first.
+    int next(int value) const { return value < knob->maxValue ? value + 1 : knob->minValue; }
+
+private:
+    std::unique_ptr<QStyle> m_fusion{QStyleFactory::create(QStringLiteral("Fusion"))};
+
+public:
+    QWidget window;
+    Knob *const knob; ///< the window's, as is the dial
+    QDial *const dial;
+};
+
+void compareRepaints(const QString &name, const Effort &effort, Pair &pair,
+                     const std::function<void(QWidget &)> &repaint)
+{
+    const Figure figure{.name = name, .floor = QStringLiteral("QDial in Fusion"), .goal = 0.5};
+    const auto named = [&](const char *values) {
+        Figure copy = figure;
+        copy.name += QLatin1String(values);
+        return copy;
+    };
+    compareRepeated(
+        named(", same value"), effort, [&] { repaint(*pair.knob); }, [&] { repaint(*pair.dial); });
+    compareRepeated(
+        named(", changing value"), effort,
+        [&] {
+            pair.knob->setValue(pair.next(pair.knob->value));
+            repaint(*pair.knob);
+        },
+        [&] {
+            pair.dial->setValue(pair.next(pair.dial->value()));
+            repaint(*pair.dial);
+        });
+}
+
+void measureIntoImages(const QString &name, const Effort &effort, Pair &pair)
+{
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        QImage image(pair.knob->size() * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::black);
+        compareRepaints(QStringLiteral("%1 at pixel ratio %2").arg(name).arg(ratio), effort, pair,
+                        [&](QWidget &widget) { widget.render(&image); });
+    }
+}
+
+void measureInWindow(const QString &name, const Effort &effort, Pair &pair)
+{
+    pair.window.show();
+    while (!pair.window.testAttribute(Qt::WA_Mapped))
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    compareRepaints(name + QStringLiteral(" in a window"), effort, pair,
+                    [](QWidget &widget) { widget.repaint(); });
+}
+
+} // namespace
+
+void measurePainting(const Effort &effort)
+{
+    const QString volume = QStringLiteral("Volume");
+    for (Knob *const knob : {panelparts::volumeKnob(volume), panelparts::phoneKnob(volume)}) {
+        Pair pair(knob);
+        const QString name = QStringLiteral("knob, %1 × %1").arg(knob->width());
+        measureIntoImages(name, effort, pair);
+        measureInWindow(name, effort, pair);
+    }
+}
