@@ -2,16 +2,21 @@
 
 #include "clock.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
 namespace {
+
+QFile results;
 
 double wallTime()
 {
@@ -38,11 +43,11 @@ Cost costOfTimes(int times, const Work &work)
 /// How often work has to be repeated to take as long as a measurement shall.
 int timesToFill(const Effort &effort, const Work &work)
 {
-    int times = 1;
-    for (;; times *= 2) {
-        const Cost cost = costOfTimes(times, work);
-        if (cost.wall >= effort.batch && cost.processor >= processorTimeGrain)
-            return times;
+    const double wanted = std::max(effort.batch, processorTimeGrain);
+    for (int times = 1;; times *= 2) {
+        const double taken = costOfTimes(times, work).processor;
+        if (taken >= wanted / 4)
+            return static_cast<int>(std::ceil(times * wanted / taken));
     }
 }
 
@@ -62,6 +67,12 @@ Cost costOf(const Work &work)
     return {wallTime() - wall, processorAfter - processor};
 }
 
+void reportTo(const QString &file)
+{
+    results.setFileName(file);
+    require(results.open(QIODevice::Append), file + QStringLiteral(": ") + results.errorString());
+}
+
 void report(const Figure &figure, const QString &measure, const QString &unit,
             const QList<double> &product, const QList<double> &floor)
 {
@@ -71,8 +82,8 @@ void report(const Figure &figure, const QString &measure, const QString &unit,
         {QStringLiteral("unit"), unit},           {QStringLiteral("product"), toJson(product)},
         {QStringLiteral("floor"), toJson(floor)},
     };
-    std::puts(QJsonDocument(line).toJson(QJsonDocument::Compact).constData());
-    std::fflush(stdout);
+    const QByteArray text = QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
+    require(results.write(text) == text.size() && results.flush(), results.errorString());
 }
 
 void compare(const Figure &figure, const Effort &effort, const std::function<Cost()> &product,

@@ -10,16 +10,16 @@
 struct Figure {
     QString name;
     QString floor;   ///< what the product is compared with
-    double goal = 0; ///< the ratio that the product is to stay at or below
+    double goal = 0; ///< the ratio that the product is to stay at or below; 0 for none
 };
 
 /// How much of the machine's time a figure may take.
 struct Effort {
     int pairs = 21;       ///< of measurements: the product and its floor, by turns
-    double batch = 20000; ///< microseconds that repeated work takes in one measurement, about
+    double batch = 10000; ///< processor time that repeated work takes in one measurement, about
 };
 /// Enough to see that all figures can be measured.
-inline constexpr Effort quickEffort{.pairs = 5, .batch = 4000};
+inline constexpr Effort quickEffort{.pairs = 5, .batch = 2000};
 
 /// Microseconds that work took.
 struct Cost {
@@ -33,8 +33,12 @@ using Work = std::function<void()>;
 /// Does it and measures.
 Cost costOf(const Work &work);
 
-/// Prints a measurement as a line of JSON on standard output, for vesmora-bench-table. The numbers
-/// of both sides belong together pair by pair.
+/// Has measurements appended to a file; until then there is nowhere to report to. Standard output
+/// belongs to the product.
+void reportTo(const QString &file);
+
+/// Appends a measurement as a line of JSON, for vesmora-bench-table. The numbers of both sides
+/// belong together pair by pair.
 void report(const Figure &figure, const QString &measure, const QString &unit,
             const QList<double> &product, const QList<double> &floor);
 

@@ -7,5 +7,9 @@
 
 /// Repaints of a knob against a QDial.
 void measurePainting(const Effort &effort);
+/// A notch of the wheel over a knob of a panel, until the value is saved.
+void measureStep(const Effort &effort);
+/// A press on a switch of a panel, until both its emissions have been acted on.
+void measureClick(const Effort &effort);
 
 #endif

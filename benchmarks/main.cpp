@@ -1,5 +1,5 @@
-// Measures what the product costs within this process and prints a line of JSON for each
-// measurement: vesmora-bench [--quick] SUBJECT...
+// Measures what the product costs within this process and appends a line of JSON for each
+// measurement to a file: vesmora-bench [--quick] --results FILE SUBJECT...
 //
 // The simulated interface has to run. A subject is one of those below.
 
@@ -19,6 +19,8 @@ struct Subject {
 
 constexpr Subject subjects[] = {
     {QLatin1StringView("painting"), measurePainting},
+    {QLatin1StringView("step"), measureStep},
+    {QLatin1StringView("click"), measureClick},
 };
 
 void measure(const QString &name, const Effort &effort)
@@ -35,9 +37,12 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     const QCommandLineOption quick(QStringLiteral("quick"));
+    const QCommandLineOption results(QStringLiteral("results"), QString(), QStringLiteral("file"));
     QCommandLineParser parser;
     parser.addOption(quick);
+    parser.addOption(results);
     parser.process(application);
+    reportTo(parser.value(results));
 
     const QStringList names = parser.positionalArguments();
     for (const QString &name : names)

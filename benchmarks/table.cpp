@@ -62,9 +62,7 @@ QList<QJsonObject> readMeasurements()
         const QJsonDocument document = QJsonDocument::fromJson(line);
         require(document.isObject(), QStringLiteral("No measurement: ") + QString::fromUtf8(line));
         measurements.append(summarised(document.object()));
-        std::fputc('.', stderr);
     }
-    std::fputc('\n', stderr);
     return measurements;
 }
 
@@ -85,7 +83,7 @@ Row rowOf(const QJsonObject &measurement)
     return {of("figure").toString(),
             of("against").toString(),
             of("measure").toString(),
-            ratio(of("goal")),
+            of("goal").toDouble() > 0 ? ratio(of("goal")) : QStringLiteral("-"),
             ratio(of("ratioMedian")),
             ratio(of("ratioMinimum")),
             ratio(of("ratioMaximum")),
@@ -144,7 +142,7 @@ int main(int argc, char *argv[])
     for (const QJsonObject &measurement : measurements) {
         Row row = rowOf(measurement);
         // Said once for all that is measured of it.
-        if (std::exchange(figure, row[0]) == row[0])
+        if (const QString name = row[0] + row[1]; std::exchange(figure, name) == name)
             row[0] = row[1] = QString();
         rows.append(row);
     }

@@ -1,0 +1,87 @@
+#include "figures.h"
+
+#include "livepanel.h"
+#include "vesmoraiocontrol.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QWheelEvent>
+
+namespace {
+
+/// A notch of the wheel over a knob, up and down by turns.
+class Wheel
+{
+public:
+    explicit Wheel(Knob &knob)
+        : m_knob(knob)
+    { }
+    void turn()
+    {
+        m_isUp = !m_isUp;
+        QCoreApplication::sendEvent(&m_knob, m_isUp ? &m_up : &m_down);
+    }
+
+private:
+    static QWheelEvent notch(int delta)
+    {
+        return {{60, 60},       {60, 60},          {},   {0, delta}, Qt::NoButton,
+                Qt::NoModifier, Qt::NoScrollPhase, false};
+    }
+
+    Knob &m_knob;
+    QWheelEvent m_up = notch(120);
+    QWheelEvent m_down = notch(-120);
+    bool m_isUp = false;
+};
+
+void measureVolume(const Effort &effort, LivePanel &panel)
+{
+    Wheel wheel(panel.knob("Headphone"));
+    BareInterface &bare = panel.bare();
+    const QString key = QStringLiteral("Dial/HeadphoneValue");
+    MixerBlock block = panel.deviceBlock();
+    int db = LivePanel::volume;
+    const auto floor = [&](bool logs) {
+        db = db == LivePanel::volume ? db + 1 : db - 1;
+        block.outputGains[0] = block.outputGains[1] = VesmoraIoControl::dbToGain(db);
+        bare.send(block);
+        if (logs)
+            qDebug() << "Headphone volume set to:" << block.outputGains[0];
+        bare.save(key, db);
+    };
+    panel.compareEvent(
+        QStringLiteral("step of a volume"), effort, [&] { wheel.turn(); }, floor);
+}
+
+void measureGain(const Effort &effort, LivePanel &panel)
+{
+    Wheel wheel(panel.knob("Mic"));
+    BareInterface &bare = panel.bare();
+    const QString key = QStringLiteral("Dial/MicValue");
+    CommandPacket packet{};
+    packet.kind = VESMORA_PACKET_KIND;
+    packet.opcode = VESMORA_OPCODE_MIC_VOLUME;
+    packet.argument = VESMORA_VOLUME_VALUE_LENGTH;
+    packet.channel = 1;
+    int db = LivePanel::gain;
+    const auto floor = [&](bool logs) {
+        db = db == LivePanel::gain ? db + 1 : db - 1;
+        packet.valueLow = static_cast<uint8_t>(2 * db);
+        bare.send(packet);
+        if (logs)
+            qDebug() << "Mic volume set to:" << db;
+        bare.save(key, db);
+    };
+    panel.compareEvent(
+        QStringLiteral("step of a gain"), effort, [&] { wheel.turn(); }, floor);
+}
+
+} // namespace
+
+void measureStep(const Effort &effort)
+{
+    LivePanel panel;
+    measureVolume(effort, panel);
+    measureGain(effort, panel);
+}

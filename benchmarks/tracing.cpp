@@ -1,0 +1,67 @@
+#include "tracing.h"
+
+#include "simulatorclient.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+namespace {
+
+/// Where lines of the log are collected; null for nowhere.
+QStringList *collected = nullptr;
+
+void handle(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    require(type == QtDebugMsg || type == QtInfoMsg, text);
+    // What other threads say comes at any time.
+    if (collected && QThread::currentThread() == QCoreApplication::instance()->thread())
+        collected->append(text.trimmed());
+}
+
+/// What differs at first.
+QString difference(const QStringList &product, const QStringList &floor)
+{
+    qsizetype same = 0;
+    while (same < product.size() && same < floor.size() && product[same] == floor[same])
+        ++same;
+    return QStringLiteral("%1 and %2 lines, of which %3 are the same; then\n  %4\n  %5\n")
+        .arg(product.size())
+        .arg(floor.size())
+        .arg(same)
+        .arg(product.value(same), floor.value(same));
+}
+
+} // namespace
+
+Log::Log()
+{
+    qInstallMessageHandler(handle);
+}
+
+Log::~Log()
+{
+    qInstallMessageHandler(nullptr);
+}
+
+Trace traceOf(SimulatorClient &simulator, const Work &work)
+{
+    Trace trace;
+    require(simulator.clearRecord(), simulator.errorString());
+    collected = &trace.log;
+    work();
+    collected = nullptr;
+    const QList<Record> records = simulator.record();
+    for (const Record &record : records)
+        trace.requests.append(record.text());
+    return trace;
+}
+
+void requireSameTraces(const QString &name, const Trace &product, const Trace &floor)
+{
+    require(!product.requests.isEmpty() && product.requests == floor.requests,
+            name + QStringLiteral(": product and floor do not ask the same: ")
+                + difference(product.requests, floor.requests));
+    require(product.log == floor.log,
+            name + QStringLiteral(": product and floor do not log the same: ")
+                + difference(product.log, floor.log));
+}
