@@ -53,9 +53,19 @@ int timesToFill(const Effort &effort, const Work &work)
 
 } // namespace
 
+Cost operator+(const Cost &first, const Cost &second)
+{
+    return {first.wall + second.wall, first.processor + second.processor};
+}
+
+Cost operator*(const Cost &cost, double factor)
+{
+    return {cost.wall * factor, cost.processor * factor};
+}
+
 Cost operator/(const Cost &cost, double divisor)
 {
-    return {cost.wall / divisor, cost.processor / divisor};
+    return cost * (1 / divisor);
 }
 
 Cost costOf(const Work &work)
@@ -86,6 +96,19 @@ void report(const Figure &figure, const QString &measure, const QString &unit,
     require(results.write(text) == text.size() && results.flush(), results.errorString());
 }
 
+void report(const Figure &figure, const QList<Cost> &product, const QList<Cost> &floor)
+{
+    const auto all = [](const QList<Cost> &costs, double Cost::*time) {
+        QList<double> times;
+        for (const Cost &cost : costs)
+            times.append(cost.*time);
+        return times;
+    };
+    for (const auto &[measure, time] : {std::pair(QStringLiteral("processor"), &Cost::processor),
+                                        std::pair(QStringLiteral("wall"), &Cost::wall)})
+        report(figure, measure, QStringLiteral("µs"), all(product, time), all(floor, time));
+}
+
 void compare(const Figure &figure, const Effort &effort, const std::function<Cost()> &product,
              const std::function<Cost()> &floor)
 {
@@ -101,15 +124,7 @@ void compare(const Figure &figure, const Effort &effort, const std::function<Cos
         if (pair % 2 == 0)
             floors.append(floor());
     }
-    const auto all = [](const QList<Cost> &costs, double Cost::*time) {
-        QList<double> times;
-        for (const Cost &cost : costs)
-            times.append(cost.*time);
-        return times;
-    };
-    for (const auto &[measure, time] : {std::pair(QStringLiteral("processor"), &Cost::processor),
-                                        std::pair(QStringLiteral("wall"), &Cost::wall)})
-        report(figure, measure, QStringLiteral("µs"), all(products, time), all(floors, time));
+    report(figure, products, floors);
 }
 
 void compareRepeated(const Figure &figure, const Effort &effort, const Work &product,

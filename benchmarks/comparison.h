@@ -19,13 +19,15 @@ struct Effort {
     double batch = 10000; ///< processor time that repeated work takes in one measurement, about
 };
 /// Enough to see that all figures can be measured.
-inline constexpr Effort quickEffort{.pairs = 5, .batch = 2000};
+inline constexpr Effort quickEffort{.pairs = 3, .batch = 2000};
 
 /// Microseconds that work took.
 struct Cost {
     double wall = 0;
     double processor = 0; ///< of this process alone
 };
+Cost operator+(const Cost &first, const Cost &second);
+Cost operator*(const Cost &cost, double factor);
 Cost operator/(const Cost &cost, double divisor);
 
 using Work = std::function<void()>;
@@ -41,6 +43,9 @@ void reportTo(const QString &file);
 /// belong together pair by pair.
 void report(const Figure &figure, const QString &measure, const QString &unit,
             const QList<double> &product, const QList<double> &floor);
+
+/// Reports both times of costs that were measured pair by pair.
+void report(const Figure &figure, const QList<Cost> &product, const QList<Cost> &floor);
 
 /// Measures both sides by turns, after a first time that does not count, and reports both times.
 void compare(const Figure &figure, const Effort &effort, const std::function<Cost()> &product,

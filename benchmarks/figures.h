@@ -11,5 +11,7 @@ void measurePainting(const Effort &effort);
 void measureStep(const Effort &effort);
 /// A press on a switch of a panel, until both its emissions have been acted on.
 void measureClick(const Effort &effort);
+/// From the look that finds a device until its panel is replayed, and until it is painted.
+void measurePlug(const Effort &effort);
 
 #endif

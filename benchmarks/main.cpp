@@ -21,6 +21,7 @@ constexpr Subject subjects[] = {
     {QLatin1StringView("painting"), measurePainting},
     {QLatin1StringView("step"), measureStep},
     {QLatin1StringView("click"), measureClick},
+    {QLatin1StringView("plug"), measurePlug},
 };
 
 void measure(const QString &name, const Effort &effort)

@@ -18,6 +18,14 @@ void handle(QtMsgType type, const QMessageLogContext &, const QString &text)
         collected->append(text.trimmed());
 }
 
+QStringList texts(const QList<Record> &records)
+{
+    QStringList lines;
+    for (const Record &record : records)
+        lines.append(record.text());
+    return lines;
+}
+
 /// What differs at first.
 QString difference(const QStringList &product, const QStringList &floor)
 {
@@ -50,17 +58,17 @@ Trace traceOf(SimulatorClient &simulator, const Work &work)
     collected = &trace.log;
     work();
     collected = nullptr;
-    const QList<Record> records = simulator.record();
-    for (const Record &record : records)
-        trace.requests.append(record.text());
+    trace.records = simulator.record();
     return trace;
 }
 
 void requireSameTraces(const QString &name, const Trace &product, const Trace &floor)
 {
-    require(!product.requests.isEmpty() && product.requests == floor.requests,
+    const QStringList asked = texts(product.records);
+    const QStringList askedBare = texts(floor.records);
+    require(!asked.isEmpty() && asked == askedBare,
             name + QStringLiteral(": product and floor do not ask the same: ")
-                + difference(product.requests, floor.requests));
+                + difference(asked, askedBare));
     require(product.log == floor.log,
             name + QStringLiteral(": product and floor do not log the same: ")
                 + difference(product.log, floor.log));

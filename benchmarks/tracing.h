@@ -3,13 +3,15 @@
 
 #include "comparison.h"
 
+#include "record.h"
+
 #include <QStringList>
 
 class SimulatorClient;
 
 /// What can be seen of work from outside, apart from time.
 struct Trace {
-    QStringList requests; ///< to the simulated interface, opens and closes included
+    QList<Record> records; ///< of the simulated interface: opens, closes, requests
     QStringList log;
 };
 
