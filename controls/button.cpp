@@ -40,9 +40,17 @@ void Button::refreshStyle()
                                          "QPushButton:pressed {"
                                          "   background-color: %4;"
                                          "}");
-    setStyleSheet(style.arg(textColor, background, QString::number(borderRadius), background));
+    applyStyle(style.arg(textColor, background, QString::number(borderRadius), background));
     glow->setEnabled(isSelected);
     glow->setColor(QColor(glowColor));
+}
+
+/// Widgets parse a style sheet and polish themselves anew for each one set, also for the one they
+/// have.
+void Button::applyStyle(const QString &style)
+{
+    if (style != styleSheet())
+        setStyleSheet(style);
 }
 
 void Button::mousePressEvent(QMouseEvent *event)

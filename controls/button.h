@@ -53,6 +53,9 @@ signals:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
+
+private:
+    void applyStyle(const QString &style);
 };
 
 #endif

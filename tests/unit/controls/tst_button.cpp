@@ -76,6 +76,7 @@ private slots:
     void eachClickTogglesAndEmitsTwice_data();
     void eachClickTogglesAndEmitsTwice();
     void oneClickRefreshesTheStyleTwice();
+    void aFurtherClickSetsOneStyleSheet();
     void aDoubleClickTogglesTwice();
     void theMouseFiresNoInheritedSignal();
     void theMouseNeverPushesTheButtonDown();
@@ -94,6 +95,7 @@ private slots:
     void refreshAppliesTheGlowColour();
     void refreshBringsTheGlowInLineWithTheState();
     void refreshEmitsNothing();
+    void refreshSetsNoStyleSheetThatIsSetAlready();
     void paintsTheStyledBackground();
     void glowsBeyondItsEdgeOnlyWhileSelected();
 
@@ -246,6 +248,17 @@ void tst_Button::oneClickRefreshesTheStyleTwice()
     const StyleCounter styles(button);
     QTest::mouseClick(&button, Qt::LeftButton);
     QCOMPARE(styles.count, 2);
+}
+
+void tst_Button::aFurtherClickSetsOneStyleSheet()
+{
+    Button button("48V");
+    button.ensurePolished();
+    QTest::mouseClick(&button, Qt::LeftButton);
+    const StyleCounter styles(button);
+    QTest::mouseClick(&button, Qt::LeftButton);
+    QCOMPARE(styles.count, 1);
+    QCOMPARE(button.styleSheet(), styleOff);
 }
 
 void tst_Button::aDoubleClickTogglesTwice()
@@ -433,6 +446,19 @@ void tst_Button::refreshEmitsNothing()
     const QSignalSpy spy(&button, pressedSignal);
     button.refreshStyle();
     QCOMPARE(spy.count(), 0);
+}
+
+void tst_Button::refreshSetsNoStyleSheetThatIsSetAlready()
+{
+    Button button("48V");
+    button.ensurePolished();
+    button.refreshStyle();
+    const StyleCounter styles(button);
+    button.refreshStyle();
+    button.setSelected(false);
+    QCOMPARE(styles.count, 0);
+    button.setSelected(true);
+    QCOMPARE(styles.count, 1);
 }
 
 void tst_Button::paintsTheStyledBackground()
