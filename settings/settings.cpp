@@ -98,7 +98,7 @@ void Settings::openSettings()
 
 void Settings::addHeading()
 {
-    auto *heading = new QLabel(tr("Settings"));
+    auto *heading = new QLabel(tr("Settings"), this);
     heading->setAlignment(Qt::AlignCenter);
     heading->setStyleSheet(QStringLiteral("font-size: 18px; font-weight: bold; color: #00FFFF;"));
     m_layout->addWidget(heading);
@@ -106,12 +106,13 @@ void Settings::addHeading()
 
 void Settings::addField(Field &field)
 {
-    auto *label = new QLabel(tr(field.title));
+    auto *label = new QLabel(tr(field.title), this);
     label->setAlignment(Qt::AlignCenter);
     label->setStyleSheet(QStringLiteral("font-size: 14px; color: #008888;"));
     m_layout->addWidget(label);
 
-    field.box = new QComboBox;
+    // Ours from its first moment: adopted later, it would build its hidden list at once.
+    field.box = new QComboBox(this);
     field.box->setObjectName(QLatin1String(field.name));
     for (const Item &item : std::as_const(field.items))
         field.box->addItem(item.text);
@@ -122,7 +123,7 @@ void Settings::addField(Field &field)
 
 void Settings::addOkButton()
 {
-    auto *ok = new QPushButton(QStringLiteral("OK"));
+    auto *ok = new QPushButton(QStringLiteral("OK"), this);
     ok->setObjectName(QStringLiteral("Ok"));
     ok->setStyleSheet(QStringLiteral("background-color: #008888; color: white; font-size: 14px;"));
     connect(ok, &QPushButton::clicked, this, &Settings::notifyAsioReset);

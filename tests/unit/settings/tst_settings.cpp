@@ -110,6 +110,7 @@ private slots:
     void labelsAndHeadingAreTranslatedAndOkIsNot();
     void theWindowIconIsThePicture();
     void withoutThePictureThereIsNoIcon();
+    void noBoxBuildsItsListBeforeItOpens();
     void constructionLogsAndSendsNothing();
     void constructionMakesTheFolderAndNoFile();
 
@@ -238,6 +239,15 @@ void tst_Settings::withoutThePictureThereIsNoIcon()
     QPixmapCache::clear();
     openDialog();
     QVERIFY(dialog().windowIcon().isNull());
+}
+
+void tst_Settings::noBoxBuildsItsListBeforeItOpens()
+{
+    openDialog();
+    const auto boxes = dialog().findChildren<QComboBox *>();
+    QCOMPARE(boxes.size(), 4);
+    for (const QComboBox *box : boxes)
+        QCOMPARE(box->findChildren<QWidget *>(), QList<QWidget *>());
 }
 
 void tst_Settings::constructionLogsAndSendsNothing()
