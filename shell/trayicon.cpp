@@ -11,6 +11,7 @@
 #include <QIcon>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPixmap>
 #include <QProcess>
 
 #include <initializer_list>
@@ -40,7 +41,8 @@ void bringUp(QWidget *window)
 TrayIcon::TrayIcon(QObject *parent)
     : QSystemTrayIcon(parent)
 {
-    setIcon(QIcon(QStringLiteral(":/icon/icon.png")));
+    // By way of the pixmap, which the windows share: an icon would decode the file for itself.
+    setIcon(QPixmap(QStringLiteral(":/icon/icon.png")));
     setContextMenu(createMenu());
     QGuiApplication::setQuitOnLastWindowClosed(false);
     connect(this, &QSystemTrayIcon::activated, this, &TrayIcon::clickCallback);

@@ -157,6 +157,8 @@ void tst_TrayIcon::showsTheProgramsIconAndIsNotVisibleByItself()
     const TrayIcon tray;
     const QPixmap icon(":/icon/icon.png");
     QVERIFY(!icon.isNull());
+    // The very same, so that it is decoded once for the windows and the tray.
+    QCOMPARE(tray.icon().pixmap(icon.size()).cacheKey(), icon.cacheKey());
     QCOMPARE(tray.icon().pixmap(icon.size()).toImage(), icon.toImage());
     QVERIFY(!tray.isVisible());
     QVERIFY(!tray.settingsWindow);
