@@ -111,7 +111,7 @@ void DevicePanel::layOutColumns(std::initializer_list<QLayout *> inputs,
     columns->setContentsMargins(0, 0, 0, 0);
     for (QLayout *input : inputs)
         columns->addLayout(input);
-    columns->addWidget(panelparts::separator());
+    columns->addWidget(panelparts::separator(this));
     for (QLayout *output : outputs)
         columns->addLayout(output);
 }
@@ -125,7 +125,7 @@ void DevicePanel::startMeters()
 
 Knob *DevicePanel::addGain(QBoxLayout *column, const Microphone &mic, int maximumDb)
 {
-    auto *gain = panelparts::gainKnob(mic.name, maximumDb);
+    auto *gain = panelparts::gainKnob(mic.name, maximumDb, this);
     column->addWidget(gain);
     bind(gain, [this, channel = mic.channel](int db) { setMicGain(channel, db); });
     addMeter(column, mic.level);
@@ -136,7 +136,7 @@ Button *DevicePanel::addPad(QBoxLayout *buttons, const Microphone &mic)
 {
     return addButton(buttons,
                      panelparts::inputButton(mic.name + QLatin1String("20dB"),
-                                             QStringLiteral("20dB"), panelparts::orange),
+                                             QStringLiteral("20dB"), panelparts::orange, this),
                      [this, channel = mic.channel](bool on) { setMicPad(channel, on); });
 }
 
@@ -144,7 +144,7 @@ Button *DevicePanel::addPhantom(QBoxLayout *buttons, const Microphone &mic)
 {
     return addButton(buttons,
                      panelparts::inputButton(mic.name + QLatin1String("48V"), QStringLiteral("48V"),
-                                             panelparts::red),
+                                             panelparts::red, this),
                      [this, channel = mic.channel](bool on) { setMicPhantom(channel, on); });
 }
 
@@ -153,7 +153,7 @@ Button *DevicePanel::addMonitor(QBoxLayout *buttons, const Microphone &mic, cons
 {
     return addButton(
         buttons,
-        panelparts::inputButton(QLatin1String("Monitor") + mic.name, text, panelparts::cyan),
+        panelparts::inputButton(QLatin1String("Monitor") + mic.name, text, panelparts::cyan, this),
         [this, routes](bool on) { setMonitor(routes, on); });
 }
 
@@ -161,7 +161,7 @@ void DevicePanel::addVolume(QBoxLayout *column, StereoOutput &output, const QStr
                             QLabel *caption, const SwitchLog &log, const KnobAction &setVolume)
 {
     auto *knobRow = new QHBoxLayout;
-    output.volume = panelparts::volumeKnob(name);
+    output.volume = panelparts::volumeKnob(name, this);
     knobRow->addWidget(output.volume);
     const KnobAction changeVolume = bind(output.volume, setVolume);
     column->addLayout(knobRow);
@@ -169,7 +169,8 @@ void DevicePanel::addVolume(QBoxLayout *column, StereoOutput &output, const QStr
 
     auto *buttons = panelparts::centredRow();
     output.mute = addButton(
-        buttons, panelparts::outputButton(name + QStringLiteral("Mute"), QStringLiteral("MUTE")),
+        buttons,
+        panelparts::outputButton(name + QStringLiteral("Mute"), QStringLiteral("MUTE"), this),
         [&output, changeVolume, log](bool on) {
             output.muted = on;
             // The device gets silence by StereoOutput::effectiveDb() in any case; who logs the
@@ -178,7 +179,8 @@ void DevicePanel::addVolume(QBoxLayout *column, StereoOutput &output, const QStr
             logSwitch(on ? log.muteOn : log.muteOff);
         });
     output.dim = addButton(
-        buttons, panelparts::outputButton(name + QStringLiteral("Dim"), QStringLiteral("DIM")),
+        buttons,
+        panelparts::outputButton(name + QStringLiteral("Dim"), QStringLiteral("DIM"), this),
         [&output, changeVolume, log](bool on) {
             output.dimmed = on;
             changeVolume(output.volume->value);
@@ -192,7 +194,7 @@ Knob *DevicePanel::addPhoneVolume(QBoxLayout *column, const QString &name, QBoxL
 {
     auto *row = panelparts::centredRow();
     row->setSpacing(8);
-    auto *phone = panelparts::phoneKnob(name);
+    auto *phone = panelparts::phoneKnob(name, this);
     row->addWidget(phone);
     bind(phone, action);
 
@@ -227,7 +229,7 @@ DevicePanel::KnobAction DevicePanel::bind(Knob *knob, const KnobAction &action)
 
 void DevicePanel::addMeter(QBoxLayout *layout, LevelMeters::Source level)
 {
-    auto *meter = panelparts::meter();
+    auto *meter = panelparts::meter(this);
     layout->addWidget(meter);
     m_meters.add(meter, level);
 }

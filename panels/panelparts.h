@@ -10,9 +10,10 @@ class QFrame;
 class QHBoxLayout;
 class QLabel;
 class QVBoxLayout;
+class QWidget;
 
-/// The pieces from which every model's panel is built, each with the family's look. All are made
-/// without a parent: the layout they are added to adopts them.
+/// The pieces from which every model's panel is built, each with the family's look. Widgets get
+/// their parent at once: one that is adopted later with a style sheet is polished twice.
 namespace panelparts {
 
 inline constexpr QMargins inputMargins{10, 10, 20, 10};
@@ -22,25 +23,26 @@ inline constexpr QMargins outputMargins{20, 10, 10, 10};
 QVBoxLayout *column(const QMargins &margins);
 QVBoxLayout *centredColumn();
 QHBoxLayout *centredRow();
-QFrame *separator();
+QFrame *separator(QWidget *parent);
 
 // Labels: the title of a column, what stands below a knob or beside a small one, a level.
-QLabel *heading(const QString &text);
-QLabel *caption(const QString &text);
-QLabel *smallCaption(const QString &text);
-QLabel *meter();
+QLabel *heading(const QString &text, QWidget *parent);
+QLabel *caption(const QString &text, QWidget *parent);
+QLabel *smallCaption(const QString &text, QWidget *parent);
+QLabel *meter(QWidget *parent);
 
 /// A microphone gain of 0 to @p maximumDb. @p name is the object name, as for all controls.
-Knob *gainKnob(const QString &name, int maximumDb);
+Knob *gainKnob(const QString &name, int maximumDb, QWidget *parent);
 /// An output volume of -80 to 6 dB, at -80.
-Knob *volumeKnob(const QString &name);
+Knob *volumeKnob(const QString &name, QWidget *parent);
 /// The small volume of -80 to 6 dB for the phone input, at -80.
-Knob *phoneKnob(const QString &name);
+Knob *phoneKnob(const QString &name, QWidget *parent);
 
 /// A switch of an input, lit in @p accentColor.
-Button *inputButton(const QString &name, const QString &text, const QString &accentColor);
+Button *inputButton(const QString &name, const QString &text, const QString &accentColor,
+                    QWidget *parent);
 /// A switch of an output: taller, lit in cyan.
-Button *outputButton(const QString &name, const QString &text);
+Button *outputButton(const QString &name, const QString &text, QWidget *parent);
 
 inline constexpr QLatin1StringView yellow("#f1fa8c");
 inline constexpr QLatin1StringView green("#00ff7f");

@@ -12,9 +12,9 @@ constexpr Microphone mic{
 constexpr int maximumGainDb = 42;
 
 /// As the family's captions, but for the leading space that this model's style has always had.
-QLabel *caption(const QString &text)
+QLabel *caption(const QString &text, QWidget *parent)
 {
-    auto *label = panelparts::caption(text);
+    auto *label = panelparts::caption(text, parent);
     label->setStyleSheet(QLatin1Char(' ') + label->styleSheet());
     return label;
 }
@@ -37,9 +37,9 @@ rm::rm()
 QLayout *rm::inputColumn()
 {
     auto *column = panelparts::column(panelparts::inputMargins);
-    column->addWidget(panelparts::heading(tr("MIC")));
+    column->addWidget(panelparts::heading(tr("MIC"), this));
     m_gain = addGain(column, mic, maximumGainDb);
-    column->addWidget(caption(tr("Gain")));
+    column->addWidget(caption(tr("Gain"), this));
 
     auto *buttons = panelparts::centredColumn();
     m_direct = addMonitor(buttons, mic, tr("DIRECT"), micToFirstOutput);
@@ -50,8 +50,8 @@ QLayout *rm::inputColumn()
 QLayout *rm::outputColumn()
 {
     auto *column = panelparts::column(panelparts::outputMargins);
-    column->addWidget(panelparts::heading(QStringLiteral("HEADPHONE")));
-    addVolume(column, m_headphone, QStringLiteral("Headphone"), caption(tr("Volume")),
+    column->addWidget(panelparts::heading(QStringLiteral("HEADPHONE"), this));
+    addVolume(column, m_headphone, QStringLiteral("Headphone"), caption(tr("Volume"), this),
               headphoneSwitchLog, [this](int db) { setHeadphoneVolume(db); });
     column->addStretch();
     return column;

@@ -29,13 +29,14 @@ rx1::rx1()
 QLayout *rx1::inputColumn()
 {
     auto *column = panelparts::column(panelparts::inputMargins);
-    column->addWidget(panelparts::heading(tr("INPUT")));
+    column->addWidget(panelparts::heading(tr("INPUT"), this));
     m_gain = addGain(column, mic, maximumGainDb);
-    column->addWidget(panelparts::caption(tr("Gain")));
+    column->addWidget(panelparts::caption(tr("Gain"), this));
 
     auto *buttons = panelparts::centredColumn();
     m_instrument = addButton(
-        buttons, panelparts::inputButton(QStringLiteral("MicInstr"), tr("MIC"), panelparts::green),
+        buttons,
+        panelparts::inputButton(QStringLiteral("MicInstr"), tr("MIC"), panelparts::green, this),
         [this](bool on) { setInstrument(on); });
     m_pad = addPad(buttons, mic);
     m_phantom = addPhantom(buttons, mic);
@@ -48,11 +49,12 @@ QLayout *rx1::outputColumn()
 {
     auto *column = panelparts::column(panelparts::outputMargins);
     column->setAlignment(Qt::AlignCenter);
-    column->addWidget(panelparts::heading(tr("HEADPHONE")));
-    addVolume(column, m_headphone, QStringLiteral("Headphone"), panelparts::caption(tr("Volume")),
-              headphoneSwitchLog, [this](int db) { setHeadphoneVolume(db); });
+    column->addWidget(panelparts::heading(tr("HEADPHONE"), this));
+    addVolume(column, m_headphone, QStringLiteral("Headphone"),
+              panelparts::caption(tr("Volume"), this), headphoneSwitchLog,
+              [this](int db) { setHeadphoneVolume(db); });
     m_phone = addPhoneVolume(column, QStringLiteral("OtgToHp"), panelparts::centredColumn(),
-                             panelparts::smallCaption(tr("Phone To HP Volume")),
+                             panelparts::smallCaption(tr("Phone To HP Volume"), this),
                              [this](int db) { setPhoneVolume(db); });
     column->addStretch();
     return column;

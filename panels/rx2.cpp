@@ -59,9 +59,9 @@ rx2::rx2()
 QLayout *rx2::inputColumn(Input &input, const QString &title)
 {
     auto *column = panelparts::column(panelparts::inputMargins);
-    column->addWidget(panelparts::heading(title));
+    column->addWidget(panelparts::heading(title, this));
     input.gain = addGain(column, input.mic, maximumGainDb);
-    column->addWidget(panelparts::caption(tr("Gain")));
+    column->addWidget(panelparts::caption(tr("Gain"), this));
 
     auto *buttons = panelparts::centredColumn();
     input.pad = addPad(buttons, input.mic);
@@ -75,9 +75,10 @@ QLayout *rx2::inputColumn(Input &input, const QString &title)
 QLayout *rx2::speakerColumn()
 {
     auto *column = panelparts::column(panelparts::outputMargins);
-    column->addWidget(panelparts::heading(tr("SPEAKER")));
-    addVolume(column, m_speaker.level, QStringLiteral("Speaker"), panelparts::caption(tr("Volume")),
-              m_speaker.log.switches, [this](int db) { setVolume(m_speaker, db); });
+    column->addWidget(panelparts::heading(tr("SPEAKER"), this));
+    addVolume(column, m_speaker.level, QStringLiteral("Speaker"),
+              panelparts::caption(tr("Volume"), this), m_speaker.log.switches,
+              [this](int db) { setVolume(m_speaker, db); });
     addPhone(column, m_speaker, QStringLiteral("OtgToSP"), tr("Phone To SP Volume"));
     return column;
 }
@@ -85,10 +86,10 @@ QLayout *rx2::speakerColumn()
 QLayout *rx2::headphoneColumn()
 {
     auto *column = panelparts::column(panelparts::outputMargins);
-    column->addWidget(panelparts::heading(tr("HEADPHONE")));
+    column->addWidget(panelparts::heading(tr("HEADPHONE"), this));
     // Its mute, unlike the speaker's, logs the knob's value.
     addVolume(column, m_headphone.level, QStringLiteral("Headphone"),
-              panelparts::caption(tr("Volume")), m_headphone.log.switches,
+              panelparts::caption(tr("Volume"), this), m_headphone.log.switches,
               [this](int) { setVolume(m_headphone, m_headphone.level.volume->value); });
     addPhone(column, m_headphone, QStringLiteral("OtgToHp"), tr("Phone To HP Volume"));
     return column;
@@ -96,8 +97,9 @@ QLayout *rx2::headphoneColumn()
 
 void rx2::addPhone(QBoxLayout *column, Output &output, const QString &name, const QString &text)
 {
-    output.phone = addPhoneVolume(column, name, new QVBoxLayout, panelparts::smallCaption(text),
-                                  [this, &output](int db) { setPhoneVolume(output, db); });
+    output.phone =
+        addPhoneVolume(column, name, new QVBoxLayout, panelparts::smallCaption(text, this),
+                       [this, &output](int db) { setPhoneVolume(output, db); });
     column->addStretch();
 }
 

@@ -100,7 +100,7 @@ bool MainWindow::showDevice(VesmoraIoControl &probe)
     settingsWindow->initSettings();
 
     QWidget *panel = model->createPanel();
-    panel->setParent(this);
+    panel->setParent(centralWidget());
     baseLayout->addWidget(panel);
     qDebug("Adding %s widget to layout.", panel->metaObject()->className());
     update();
