@@ -93,7 +93,8 @@ void measureInWindow(const QString &name, const Effort &effort, Pair &pair)
 void measurePainting(const Effort &effort)
 {
     const QString volume = QStringLiteral("Volume");
-    for (Knob *const knob : {panelparts::volumeKnob(volume), panelparts::phoneKnob(volume)}) {
+    for (Knob *const knob :
+         {panelparts::volumeKnob(volume, nullptr), panelparts::phoneKnob(volume, nullptr)}) {
         Pair pair(knob);
         const QString name = QStringLiteral("knob, %1 × %1").arg(knob->width());
         measureIntoImages(name, effort, pair);
