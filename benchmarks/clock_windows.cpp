@@ -14,7 +14,7 @@ double microseconds(const FILETIME &time)
 } // namespace
 
 // Of whatever unit, it advances by ticks of 10 to 16 ms.
-const double processorTimeGrain = 300000;
+const double processorTimeGrain = 150000;
 
 double processorTime()
 {

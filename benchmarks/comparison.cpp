@@ -130,14 +130,14 @@ void compare(const Figure &figure, const Effort &effort, const std::function<Cos
 void compareRepeated(const Figure &figure, const Effort &effort, const Work &product,
                      const Work &floor, const Work &before)
 {
-    const int times = timesToFill(effort, floor);
-    const auto measured = [&](const Work &work) {
-        if (before)
-            before();
-        return costOfTimes(times, work) / times;
+    const auto repeated = [&](const Work &work) {
+        return [&, times = timesToFill(effort, work)] {
+            if (before)
+                before();
+            return costOfTimes(times, work) / times;
+        };
     };
-    compare(
-        figure, effort, [&] { return measured(product); }, [&] { return measured(floor); });
+    compare(figure, effort, repeated(product), repeated(floor));
 }
 
 void require(bool condition, const QString &reason)

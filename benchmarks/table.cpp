@@ -22,7 +22,7 @@ QList<double> numbers(const QJsonValue &array)
 {
     QList<double> list;
     const QJsonArray elements = array.toArray();
-    for (const QJsonValue &element : elements)
+    for (const auto &element : elements)
         list.append(element.toDouble());
     return list;
 }
