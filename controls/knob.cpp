@@ -1,16 +1,17 @@
 #include "knob.h"
 
+#include "knoblook.h"
+#include "knobpicture.h"
+#include "plainground.h"
+#include "valuetext.h"
 #include "wholenumber.h"
 
-#include <QBrush>
-#include <QConicalGradient>
 #include <QEnterEvent>
 #include <QFont>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPen>
-#include <QRadialGradient>
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
@@ -18,10 +19,8 @@
 
 namespace {
 
-// Degrees as painted, counter-clockwise from three o'clock; QPainter counts in sixteenths.
-constexpr int startAngle = 225;
-constexpr int fullSweep = 270;
-constexpr int unitsPerDegree = 16;
+constexpr int fullSweep = 270;     // degrees
+constexpr int unitsPerDegree = 16; // as QPainter counts
 
 constexpr double editorMargin = 0.025; // of the text's width and height, on every side
 
@@ -35,9 +34,11 @@ int truncated(double v)
 Knob::Knob(QWidget *parent)
     : QWidget(parent)
     , editor(new QLineEdit(this))
+    , m_text(std::make_unique<ValueText>())
 {
     editor->hide();
     connect(editor, &QLineEdit::editingFinished, this, &Knob::finishEdit);
+    connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, this, [this] { m_text->forget(); });
 }
 
 Knob::~Knob()
@@ -187,89 +188,40 @@ QString Knob::valueText() const
     return QString::number(shown) + suffix;
 }
 
-QRect Knob::arcRect() const
+KnobLook Knob::look() const
 {
-    return rect().adjusted(arcWidth, arcWidth, -arcWidth, -arcWidth);
+    return {size(), arcWidth, roundCap, showTrack, trackColor, arcColor, faceRatio};
 }
 
-QPen Knob::arcPen(const QBrush &brush) const
-{
-    return QPen(brush, arcWidth, Qt::SolidLine, roundCap ? Qt::RoundCap : Qt::SquareCap);
-}
-
-QRadialGradient Knob::cornerLight(double reach, const QColor &shade) const
-{
-    QRadialGradient light(0, 0, arcRect().width() * reach);
-    light.setColorAt(0, QColor(255, 255, 255));
-    light.setColorAt(1, shade);
-    return light;
-}
-
-void Knob::paintEvent(QPaintEvent *)
+void Knob::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(QFont(fontFamily, fontSize));
-    painter.setPen(Qt::NoPen);
-    if (showTrack)
-        paintTrack(painter);
-    paintValueArc(painter);
-    paintFaceShadow(painter);
-    paintFaceHollow(painter);
-    paintFace(painter);
+    const bool whole = event->region().rectCount() == 1 && event->rect() == rect();
+    paintLook(painter, whole);
     if (showText)
         paintText(painter);
 }
 
-void Knob::paintTrack(QPainter &painter) const
+/// Shows the picture that is kept of us. Where there can be none, as the ground is not plain or not
+/// the @p whole of us is repainted, paints it all.
+void Knob::paintLook(QPainter &painter, bool whole)
 {
-    painter.setPen(arcPen(trackColor));
-    painter.drawArc(arcRect(), startAngle * unitsPerDegree, -fullSweep * unitsPerDegree);
-}
-
-void Knob::paintValueArc(QPainter &painter) const
-{
-    QConicalGradient gradient(QPoint(width() / 2, height() / 2), 270);
-    gradient.setColorAt(0, arcColor);
-    gradient.setColorAt(1, arcColor);
-    painter.setPen(arcPen(gradient));
-    painter.drawArc(arcRect(), startAngle * unitsPerDegree,
-                    truncated(sweepAngle() * -unitsPerDegree));
-}
-
-void Knob::paintFaceShadow(QPainter &painter) const
-{
-    paintDisc(painter, cornerLight(0.6, QColor(20, 20, 20)), 1.0, 0.02);
-}
-
-/// Invisible: a place in the sequence for a rim between shadow and face.
-void Knob::paintFaceHollow(QPainter &painter) const
-{
-    paintDisc(painter, QColor(Qt::transparent), 0.8, 0.1);
-}
-
-void Knob::paintFace(QPainter &painter) const
-{
-    paintDisc(painter, cornerLight(0.5, QColor(30, 30, 30)), 1.0, 0.0);
-}
-
-/// A disc of @p scale times the face's diameter, moved right and down by @p shift of that diameter.
-void Knob::paintDisc(QPainter &painter, const QBrush &brush, double scale, double shift) const
-{
-    const int extent = arcRect().width();
-    const int diameter = truncated(faceRatio * extent * scale);
-    const int inset =
-        truncated((1 - faceRatio) * extent * 0.5 + faceRatio * extent * shift) + arcWidth;
-    painter.setPen(QPen(brush, 0));
-    painter.setBrush(brush);
-    painter.drawEllipse(inset, inset, diameter, diameter);
+    const KnobLook ours = look();
+    const int arcSpan = truncated(sweepAngle() * -unitsPerDegree);
+    const auto ground =
+        whole && ours.fitsItsSize() ? PlainGround::under(painter, size()) : std::nullopt;
+    if (!ground) {
+        ours.paint(painter, arcSpan);
+        return;
+    }
+    m_picture = KnobPicture::of(ours, *ground, m_picture);
+    ground->show(painter, m_picture->withArc(arcSpan));
 }
 
 void Knob::paintText(QPainter &painter)
 {
-    const QString text = valueText();
-    constexpr int centred = Qt::AlignHCenter | Qt::AlignVCenter;
     painter.setPen(textColor);
-    textRect = painter.boundingRect(rect(), centred, text);
-    painter.drawText(textRect, centred, text);
+    textRect = m_text->paint(painter, rect(), valueText());
 }

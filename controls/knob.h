@@ -6,13 +6,14 @@
 #include <QString>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
-class QBrush;
+class KnobPicture;
 class QLineEdit;
 class QPainter;
-class QPen;
-class QRadialGradient;
+class ValueText;
+struct KnobLook;
 
 /// A rotary control for an integer level: a 270 degree arc around a shaded face, the value as text
 /// in its middle.
@@ -89,16 +90,12 @@ private:
 
     double sweepAngle() const;
     QString valueText() const;
-    QRect arcRect() const;
-    QPen arcPen(const QBrush &brush) const;
-    QRadialGradient cornerLight(double reach, const QColor &shade) const;
-    void paintTrack(QPainter &painter) const;
-    void paintValueArc(QPainter &painter) const;
-    void paintFaceShadow(QPainter &painter) const;
-    void paintFaceHollow(QPainter &painter) const;
-    void paintFace(QPainter &painter) const;
-    void paintDisc(QPainter &painter, const QBrush &brush, double scale, double shift) const;
+    KnobLook look() const;
+    void paintLook(QPainter &painter, bool whole);
     void paintText(QPainter &painter);
+
+    std::shared_ptr<KnobPicture> m_picture; // as last painted on a plain ground
+    std::unique_ptr<ValueText> m_text;
 };
 
 #endif
