@@ -16,6 +16,8 @@ public:
     explicit PluggedWindow(quint32 model);
 
     SimulatorClient &simulator() { return m_simulator; }
+    MainWindow &window() { return m_window; }
+    Settings &settings() { return m_settings; }
 
     /// Plugs the model in, of which the window knows nothing yet.
     void plug();
@@ -25,6 +27,8 @@ public:
     void awaitPainting();
     /// Paints all of the window anew.
     void repaint() { m_window.repaint(); }
+    /// Has the audio engine take the steps for which it would wait.
+    void hurryEngine();
     /// Lets the audio engine come up, unplugs the model and has the window notice.
     void unplug();
 

@@ -12,6 +12,7 @@ public:
     ~PanelProgram();
 
     const ProgramLog &log() const { return m_log; }
+    qint64 processId() const { return m_process.processId(); }
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     /// Waits for the program to end by itself.
     bool waitForExit(std::chrono::milliseconds deadline = usualDeadline) const;

@@ -172,10 +172,10 @@ void tst_Rooms::aWrongPictureIsNoticed_data()
     QTest::newRow("room without a name")
         << end << box(QString(), 0) + end << QStringList("a box has no name");
     QTest::newRow("room of another name")
-        << ">resources<"
+        << ">controls<"
         << ">attic<"
-        << QStringList({"room missing: resources", "room too many: attic",
-                        "arrow missing: app -> resources", "arrow too many: app -> attic"});
+        << QStringList({"room missing: controls", "room too many: attic",
+                        "arrow missing: panels -> controls", "arrow too many: panels -> attic"});
 }
 
 void tst_Rooms::aWrongPictureIsNoticed()

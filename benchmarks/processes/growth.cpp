@@ -1,0 +1,146 @@
+// Measures whether a program that runs for years comes to cost more, or to hold more, than at its
+// beginning: vesmora-bench-growth [--quick] --results FILE
+//
+// The simulated interface has to run. The pauses of the audio engine are left out.
+
+#include "comparison.h"
+#include "pluggedwindow.h"
+#include "tracing.h"
+#include "usage.h"
+#include "vesmoracontract.h"
+#include "wheel.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QTimer>
+
+#include <iostream>
+
+#include <malloc.h>
+#include <windows.h>
+
+// The linker has the product call this in place of Sleep().
+extern "C" void __wrap_Sleep(DWORD) // NOLINT(bugprone-reserved-identifier): the linker's name
+{ }
+
+namespace {
+
+constexpr int warmUp = 10;
+constexpr int samples = 10; // of what the process holds
+
+struct Times {
+    int plugs;
+    int steps;
+    int compared; ///< of the first ones and of the last ones
+};
+constexpr Times usualTimes{10000, 100000, 100};
+constexpr Times quickTimes{20, 500, 10};
+
+/// What this process holds.
+struct Holding {
+    QString name;
+    QString unit;
+    double amount;
+};
+
+QList<Holding> holdings(PluggedWindow &window)
+{
+    const qint64 self = QCoreApplication::applicationPid();
+    const auto used = mallinfo2();
+    const qsizetype timers =
+        window.settings().findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).size();
+    const qsizetype objects = window.window().findChildren<QObject *>().size()
+        + window.settings().findChildren<QObject *>().size() - timers;
+    const auto count = [](const char *name, auto number) {
+        return Holding{QLatin1String(name), QString(), static_cast<double>(number)};
+    };
+    return {{QStringLiteral("PSS"), QStringLiteral("KiB"), memoryOf(self).proportional},
+            {QStringLiteral("heap in use"), QStringLiteral("KiB"),
+             static_cast<double>(used.uordblks + used.hblkhd) / 1024},
+            count("open files", openFilesOf(self)),
+            count("threads", threadsOf(self)),
+            count("widgets", QApplication::allWidgets().size()),
+            count("objects, engine's timers left out", objects),
+            // Two for every start of the engine, and meant to be.
+            count("engine's timers", timers)};
+}
+
+/// What is held along the way, against what was held at the beginning.
+void reportHoldings(const Figure &figure, const QList<QList<Holding>> &along)
+{
+    for (qsizetype i = 0; i < along.constFirst().size(); ++i) {
+        const Holding &first = along.constFirst()[i];
+        QList<double> later;
+        for (const QList<Holding> &sample : along.mid(1))
+            later.append(sample[i].amount);
+        report(figure, first.name, first.unit, later, QList<double>(later.size(), first.amount));
+    }
+}
+
+/// Repeats the event and compares the end with the beginning.
+void measureGrowth(const QString &name, int times, int compared, PluggedWindow &window,
+                   const Work &event)
+{
+    for (int i = 0; i < warmUp; ++i)
+        event();
+    QList<QList<Holding>> along{holdings(window)};
+    QList<double> first;
+    QList<double> last;
+    for (int i = 0; i < times; ++i) {
+        const double cost = costOf(event).processor;
+        if (i < compared)
+            first.append(cost);
+        if (i >= times - compared)
+            last.append(cost);
+        if ((i + 1) % (times / samples) == 0)
+            along.append(holdings(window));
+    }
+    const Figure figure{.name = QStringLiteral("%1 %2").arg(times).arg(name),
+                        .floor = QStringLiteral("the beginning"),
+                        .goal = 1};
+    report(figure, QStringLiteral("processor"), QStringLiteral("µs"), last, first);
+    reportHoldings(figure, along);
+}
+
+void plugAndUnplug(PluggedWindow &window)
+{
+    window.plug();
+    window.detect();
+    window.awaitPainting();
+    window.hurryEngine();
+    window.unplug();
+}
+
+void measure(const Times &times)
+{
+    PluggedWindow window(VESMORA_PID_RX1);
+    measureGrowth(QStringLiteral("plugs"), times.plugs, times.compared, window,
+                  [&] { plugAndUnplug(window); });
+    window.plug();
+    window.detect();
+    auto *knob = window.window().findChild<Knob *>(QStringLiteral("Headphone"));
+    require(knob != nullptr, QStringLiteral("The window shows no panel"));
+    Wheel wheel(*knob);
+    measureGrowth(QStringLiteral("steps"), times.steps, times.compared, window, [&] {
+        wheel.turn();
+        QCoreApplication::processEvents();
+    });
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    const QCommandLineOption quick(QStringLiteral("quick"));
+    const QCommandLineOption results(QStringLiteral("results"), QString(), QStringLiteral("file"));
+    QCommandLineParser parser;
+    parser.addOption(quick);
+    parser.addOption(results);
+    parser.process(application);
+    reportTo(parser.value(results));
+
+    const Log log;
+    measure(parser.isSet(quick) ? quickTimes : usualTimes);
+    return 0;
+}
