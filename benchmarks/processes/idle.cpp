@@ -12,19 +12,36 @@ constexpr auto settling = 2s;
 /// Faster than the panel reads them, so that each reading finds others.
 constexpr auto levelInterval = 450ms;
 
-/// What a program has used until now; and, of two such moments, what it used between them.
+/// What a program used in a while.
 struct Activity {
     double processor = 0;
     double wakeUps = 0;
+};
 
-    static Activity of(qint64 process)
+/// Measures what a program uses from now on.
+class Watch
+{
+public:
+    explicit Watch(qint64 process)
+        : m_process(process)
+        , m_processor(processorTimeOf(process))
+        , m_wakeUps(wakeUpsOf(process))
+    { }
+
+    Activity stop() const
     {
-        return {processorTimeOf(process), static_cast<double>(wakeUpsOf(process))};
+        Activity used{.processor = processorTimeOf(m_process) - m_processor};
+        const QMap<int, qint64> wakeUps = wakeUpsOf(m_process);
+        // A thread that has ended in the meantime was not woken for the timers.
+        for (auto thread = wakeUps.begin(); thread != wakeUps.end(); ++thread)
+            used.wakeUps += static_cast<double>(*thread - m_wakeUps.value(thread.key()));
+        return used;
     }
-    Activity operator-(const Activity &earlier) const
-    {
-        return {processor - earlier.processor, wakeUps - earlier.wakeUps};
-    }
+
+private:
+    qint64 m_process;
+    double m_processor;
+    QMap<int, qint64> m_wakeUps;
 };
 
 /// Measures both programs at once, turn after turn.
@@ -33,11 +50,10 @@ void measureTurns(const Figure &figure, const Patience &patience, const SideBySi
     QList<double> processor[2];
     QList<double> wakeUps[2];
     for (int turn = 0; turn < patience.turns; ++turn) {
-        const qint64 processes[] = {sides.panel(), sides.floor()};
-        const Activity before[] = {Activity::of(processes[0]), Activity::of(processes[1])};
+        const Watch watches[] = {Watch(sides.panel()), Watch(sides.floor())};
         letPass(patience.turn);
         for (int side = 0; side < 2; ++side) {
-            const Activity used = Activity::of(processes[side]) - before[side];
+            const Activity used = watches[side].stop();
             processor[side].append(used.processor);
             wakeUps[side].append(used.wakeUps);
         }

@@ -1,4 +1,5 @@
 #include "sidebyside.h"
+#include "soundserver.h"
 #include "subjects.h"
 #include "usage.h"
 
@@ -62,10 +63,10 @@ void compareMemory(const Peer &peer, const QString &program, int turns)
 
 void measurePeers(const Patience &patience)
 {
+    const SoundServer server;
     for (const Peer &peer : peers) {
         const QString program = QStandardPaths::findExecutable(peer.program);
-        if (program.isEmpty())
-            continue;
+        require(!program.isEmpty(), peer.program + QStringLiteral(" is not installed"));
         compareStart(peer, program, patience.effort);
         compareMemory(peer, program, patience.turns);
     }

@@ -23,8 +23,9 @@ void SideBySide::showWindows(const QString &floorTitle)
     plug(*m_floorLane);
     m_panel = start(*m_panelLane);
     m_stage.waitForIcon();
+    // A window without a panel says in Chinese that there is none, which takes a font of its own.
+    require(m_panel->log().waitFor(QStringLiteral("Device found")), QStringLiteral("No panel"));
     m_stage.clickIcon();
-    // Its title says so when the panel is complete.
     m_stage.waitForWindow(QStringLiteral("Vesmora RX1"));
     m_floor = start(*m_floorLane);
     m_stage.waitForWindow(floorTitle);

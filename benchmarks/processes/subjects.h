@@ -23,7 +23,7 @@ void measureStart(const Patience &patience);
 void measureIdle(const Patience &patience);
 /// With the icon alone, and with an RX1 shown.
 void measureMemory(const Patience &patience);
-/// Start and memory against other mixers of the distribution that are installed.
+/// Start and memory against other mixers of the distribution.
 void measurePeers(const Patience &patience);
 
 #endif

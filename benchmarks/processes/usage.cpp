@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QMap>
 
 #include <ctime>
 
@@ -45,14 +44,16 @@ double processorTimeOf(qint64 process)
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
 }
 
-qint64 wakeUpsOf(qint64 process)
+QMap<int, qint64> wakeUpsOf(qint64 process)
 {
     const QString tasks = folderOf(process) + QStringLiteral("task/");
     const QStringList threads = namesIn(tasks);
-    qint64 count = 0;
-    for (const QString &thread : threads)
-        count += numbersIn(tasks + thread + QStringLiteral("/status"))["voluntary_ctxt_switches"];
-    return count;
+    QMap<int, qint64> counts;
+    for (const QString &thread : threads) {
+        const auto numbers = numbersIn(tasks + thread + QStringLiteral("/status"));
+        counts.insert(thread.toInt(), numbers["voluntary_ctxt_switches"]);
+    }
+    return counts;
 }
 
 Memory memoryOf(qint64 process)

@@ -1,7 +1,7 @@
 #ifndef USAGE_H
 #define USAGE_H
 
-#include <QtGlobal>
+#include <QMap>
 
 /// What a process has used and holds, as the kernel counts it. All of it is 0 for a process that
 /// does not run.
@@ -9,8 +9,8 @@
 /// Microseconds of processor time that all its threads have used so far.
 double processorTimeOf(qint64 process);
 
-/// How often its threads that run now have gone to sleep so far: as often, they were woken.
-qint64 wakeUpsOf(qint64 process);
+/// How often each of its threads, by number, has gone to sleep so far: as often, it was woken.
+QMap<int, qint64> wakeUpsOf(qint64 process);
 
 /// Kibibytes.
 struct Memory {
