@@ -31,6 +31,19 @@ bool justPlacesAndScales(const QTransform &transform)
     return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
 }
 
+/// A pixel is one QRgb, and its colours have been multiplied by its alpha.
+bool hasWholePixels(const QImage &image)
+{
+    return image.format() == QImage::Format_RGB32
+        || image.format() == QImage::Format_ARGB32_Premultiplied;
+}
+
+/// Not painted on as yet. A translucent ground would be seen twice through a picture painted on it.
+bool isUntouched(const QImage &image, QRgb pixel)
+{
+    return image.hasAlphaChannel() && pixel == 0;
+}
+
 const QRgb *pixels(const QImage &image, const QPoint &place)
 {
     return reinterpret_cast<const QRgb *>(image.constScanLine(place.y())) + place.x();
@@ -55,14 +68,11 @@ std::optional<PlainGround> PlainGround::under(const QPainter &painter, const QSi
 {
     const QImage *target = rasterTarget(painter);
     const QTransform transform = painter.deviceTransform();
-    if (!target || size.isEmpty() || !paintsAsItIs(painter) || !justPlacesAndScales(transform))
+    if (!target || !hasWholePixels(*target) || size.isEmpty() || !paintsAsItIs(painter)
+        || !justPlacesAndScales(transform))
         return {};
 
     PlainGround ground;
-    ground.m_format = target->format();
-    if (ground.m_format != QImage::Format_RGB32
-        && ground.m_format != QImage::Format_ARGB32_Premultiplied)
-        return {};
     ground.m_place = QPoint(qFloor(transform.dx()), qFloor(transform.dy()));
     ground.m_scaleX = transform.m11();
     ground.m_scaleY = transform.m22();
@@ -75,8 +85,7 @@ std::optional<PlainGround> PlainGround::under(const QPainter &painter, const QSi
     if (!target->rect().contains(piece))
         return {};
     ground.m_pixel = *pixels(*target, ground.m_place);
-    // Over a translucent ground, a kept picture would let the ground through a second time.
-    if (qAlpha(ground.m_pixel) != 255 && ground.m_pixel != 0)
+    if (!ground.isOpaque() && !isUntouched(*target, ground.m_pixel))
         return {};
     if (!isPlain(*target, piece))
         return {};
@@ -85,14 +94,19 @@ std::optional<PlainGround> PlainGround::under(const QPainter &painter, const QSi
 
 bool PlainGround::equals(const PlainGround &other) const
 {
-    return m_format == other.m_format && m_pixel == other.m_pixel && m_extent == other.m_extent
-        && m_scaleX == other.m_scaleX && m_scaleY == other.m_scaleY && m_shiftX == other.m_shiftX
-        && m_shiftY == other.m_shiftY;
+    return m_pixel == other.m_pixel && m_scaleX == other.m_scaleX && m_scaleY == other.m_scaleY
+        && m_shiftX == other.m_shiftX && m_shiftY == other.m_shiftY;
+}
+
+bool PlainGround::isOpaque() const
+{
+    return qAlpha(m_pixel) == 255;
 }
 
 QImage PlainGround::canvas() const
 {
-    QImage image(m_extent, m_format);
+    // What is known to be opaque is quicker to show; its pixels are the same.
+    QImage image(m_extent, isOpaque() ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
     image.fill(m_pixel);
     return image;
 }

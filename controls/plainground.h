@@ -4,11 +4,11 @@
 #include <QImage>
 #include <QPoint>
 #include <QRgb>
+#include <QSize>
 
 #include <optional>
 
 class QPainter;
-class QSize;
 
 /// A ground of one colour. What is painted on two that are equal is the same, pixel for pixel, so
 /// it may be kept from one to be shown on the other.
@@ -36,7 +36,8 @@ public:
 private:
     PlainGround() = default;
 
-    QImage::Format m_format = QImage::Format_Invalid;
+    bool isOpaque() const;
+
     QRgb m_pixel = 0;
     QSize m_extent; // device pixels, as are the following
     qreal m_scaleX = 1;

@@ -38,6 +38,7 @@ ValueText::ValueText()
 void ValueText::forget()
 {
     m_layout.clearLayout();
+    m_dpi = 0;
 }
 
 /// Does what QPainter's boundingRect() and drawText() do, each of which lays the text out anew.
@@ -45,8 +46,8 @@ QRect ValueText::paint(QPainter &painter, const QRect &rect, const QString &text
 {
     if (!isPlainLine(text))
         return paintSpecial(painter, rect, text);
-    if (!isLaidOut(painter, text))
-        layOut(painter, text);
+    prepare(painter);
+    layOut(text);
     const QTextLine line = m_layout.lineAt(0);
     const qreal width = line.naturalTextWidth();
     const qreal height = line.ascent() + line.descent();
@@ -59,23 +60,28 @@ QRect ValueText::paint(QPainter &painter, const QRect &rect, const QString &text
     return bounds;
 }
 
-bool ValueText::isLaidOut(const QPainter &painter, const QString &text) const
+void ValueText::prepare(const QPainter &painter)
 {
-    return m_layout.lineCount() == 1 && m_layout.text() == text && m_layout.font() == painter.font()
-        && m_layout.textOption().textDirection() == painter.layoutDirection()
-        && m_dpi == painter.device()->logicalDpiY();
+    const int dpi = painter.device()->logicalDpiY();
+    const Qt::LayoutDirection direction = painter.layoutDirection();
+    if (m_dpi == dpi && m_direction == direction && m_layout.font() == painter.font())
+        return;
+    forget();
+    m_dpi = dpi;
+    m_direction = direction;
+    m_layout.setFont(painter.font());
+    QTextOption option(Qt::AlignLeft);
+    option.setTextDirection(direction);
+    m_layout.setTextOption(option);
 }
 
-void ValueText::layOut(const QPainter &painter, const QString &text)
+void ValueText::layOut(const QString &text)
 {
-    QTextOption option(Qt::AlignLeft);
-    option.setTextDirection(painter.layoutDirection());
-    m_layout.setTextOption(option);
-    m_layout.setFont(painter.font());
+    if (m_layout.lineCount() == 1 && m_layout.text() == text)
+        return;
     m_layout.setText(text);
     m_layout.beginLayout();
     constexpr qreal unbounded = 0x01000000;
     m_layout.createLine().setLineWidth(unbounded);
     m_layout.endLayout();
-    m_dpi = painter.device()->logicalDpiY();
 }

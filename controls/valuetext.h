@@ -21,11 +21,12 @@ public:
     void forget();
 
 private:
-    bool isLaidOut(const QPainter &painter, const QString &text) const;
-    void layOut(const QPainter &painter, const QString &text);
+    void prepare(const QPainter &painter);
+    void layOut(const QString &text);
 
     QTextLayout m_layout;
     int m_dpi = 0; // of the device that it is laid out for
+    Qt::LayoutDirection m_direction = Qt::LayoutDirectionAuto;
 };
 
 #endif

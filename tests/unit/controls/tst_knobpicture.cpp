@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QTest>
 
+#include <functional>
+
 namespace {
 
 constexpr QSize extent(70, 70);
@@ -17,11 +19,13 @@ QImage groundImage(QImage::Format format = QImage::Format_RGB32, const QColor &c
     return image;
 }
 
-/// The ground at place on @p image.
-std::optional<PlainGround> groundOn(QImage image)
+/// The ground at place on @p image, for a painter that was set up beforehand.
+std::optional<PlainGround> groundOn(
+    QImage image, const std::function<void(QPainter &)> &setUp = [](QPainter &) {})
 {
     QPainter painter(&image);
     painter.translate(place);
+    setUp(painter);
     return PlainGround::under(painter, extent);
 }
 
@@ -38,13 +42,18 @@ class tst_KnobPicture : public QObject
 
 private slots:
     void knobsThatLookAlikeShareOne();
-    void anotherLookOrGroundHasAnother();
+    void anotherLookHasAnother();
+    void anotherGroundHasAnother_data();
+    void anotherGroundHasAnother();
+    void theSameGroundElsewhereHasTheSame();
     void goesWithTheLastOfThem();
     void showsEveryArcThatIsAskedFor();
     void aGroundIsPlainWhenItIsOfOneColour();
     void aGroundOfAnotherFormatIsNotPlain();
     void aTranslucentGroundIsNotPlain();
     void aGroundThatEndsBeforeTheKnobIsNotPlain();
+    void noGroundIsPlainForAPainterThatDoesMoreThanPaint_data();
+    void noGroundIsPlainForAPainterThatDoesMoreThanPaint();
 };
 
 void tst_KnobPicture::knobsThatLookAlikeShareOne()
@@ -55,15 +64,43 @@ void tst_KnobPicture::knobsThatLookAlikeShareOne()
     QCOMPARE(KnobPicture::of(phoneLook(), ground, first), first);
 }
 
-void tst_KnobPicture::anotherLookOrGroundHasAnother()
+void tst_KnobPicture::anotherLookHasAnother()
 {
     const PlainGround ground = groundOn(groundImage()).value();
-    const PlainGround white = groundOn(groundImage(QImage::Format_RGB32, Qt::white)).value();
     const auto first = KnobPicture::of(phoneLook(), ground, nullptr);
     KnobLook other = phoneLook();
     other.arcColor = Qt::red;
     QVERIFY(KnobPicture::of(other, ground, first) != first);
-    QVERIFY(KnobPicture::of(phoneLook(), white, first) != first);
+}
+
+void tst_KnobPicture::anotherGroundHasAnother_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QTransform>("transform");
+    const QColor usual("#2c313c");
+    QTest::newRow("colour") << QColor(Qt::white) << QTransform();
+    QTest::newRow("wider") << usual << QTransform::fromScale(1.01, 1);
+    QTest::newRow("higher") << usual << QTransform::fromScale(1, 1.01);
+    QTest::newRow("part of a pixel to the right") << usual << QTransform::fromTranslate(0.5, 0);
+    QTest::newRow("part of a pixel down") << usual << QTransform::fromTranslate(0, 0.5);
+}
+
+void tst_KnobPicture::anotherGroundHasAnother()
+{
+    QFETCH(const QColor, color);
+    QFETCH(const QTransform, transform);
+    const auto first = KnobPicture::of(phoneLook(), groundOn(groundImage()).value(), nullptr);
+    const auto ground = groundOn(groundImage(QImage::Format_RGB32, color),
+                                 [&](QPainter &painter) { painter.setTransform(transform, true); });
+    QVERIFY(KnobPicture::of(phoneLook(), ground.value(), first) != first);
+}
+
+void tst_KnobPicture::theSameGroundElsewhereHasTheSame()
+{
+    const auto first = KnobPicture::of(phoneLook(), groundOn(groundImage()).value(), nullptr);
+    const auto ground =
+        groundOn(groundImage(), [](QPainter &painter) { painter.translate(11, 4); });
+    QCOMPARE(KnobPicture::of(phoneLook(), ground.value(), nullptr), first);
 }
 
 void tst_KnobPicture::goesWithTheLastOfThem()
@@ -131,6 +168,29 @@ void tst_KnobPicture::aGroundThatEndsBeforeTheKnobIsNotPlain()
     QVERIFY(groundOn(groundImage().copy(QRect(QPoint(), QSize(75, 77)))));
     QVERIFY(!groundOn(groundImage().copy(QRect(QPoint(), QSize(74, 77)))));
     QVERIFY(!groundOn(groundImage().copy(QRect(QPoint(), QSize(75, 76)))));
+}
+
+void tst_KnobPicture::noGroundIsPlainForAPainterThatDoesMoreThanPaint_data()
+{
+    QTest::addColumn<std::function<void(QPainter &)>>("setUp");
+    const auto row = [](const char *name, const std::function<void(QPainter &)> &setUp) {
+        QTest::newRow(name) << setUp;
+    };
+    row("translucent", [](QPainter &painter) { painter.setOpacity(0.5); });
+    row("replacing",
+        [](QPainter &painter) { painter.setCompositionMode(QPainter::CompositionMode_Source); });
+    row("with a brush from elsewhere", [](QPainter &painter) { painter.setBrushOrigin(1, 0); });
+    row("turning", [](QPainter &painter) { painter.rotate(2); });
+    row("mirroring", [](QPainter &painter) {
+        painter.translate(80, 0);
+        painter.scale(-1, 1);
+    });
+}
+
+void tst_KnobPicture::noGroundIsPlainForAPainterThatDoesMoreThanPaint()
+{
+    QFETCH(const std::function<void(QPainter &)>, setUp);
+    QVERIFY(!groundOn(groundImage(), setUp));
 }
 
 QTEST_MAIN(tst_KnobPicture)

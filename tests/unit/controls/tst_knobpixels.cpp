@@ -396,6 +396,8 @@ void tst_KnobPixels::throughAPainterOfOnesOwn_data()
     });
     row("replacing",
         [](QPainter &painter) { painter.setCompositionMode(QPainter::CompositionMode_Source); });
+    row("multiplied",
+        [](QPainter &painter) { painter.setCompositionMode(QPainter::CompositionMode_Multiply); });
     row("below", [](QPainter &painter) {
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
     });
