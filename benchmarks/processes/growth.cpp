@@ -26,15 +26,15 @@ extern "C" void __wrap_Sleep(DWORD) // NOLINT(bugprone-reserved-identifier): the
 namespace {
 
 constexpr int warmUp = 10;
-constexpr int samples = 10; // of what the process holds
 
 struct Times {
     int plugs;
     int steps;
-    int compared; ///< of the first ones and of the last ones
+    int vainLooks; ///< of each kind; each leaves a file open
+    int compared;  ///< of the first ones and of the last ones
 };
-constexpr Times usualTimes{10000, 100000, 100};
-constexpr Times quickTimes{20, 500, 10};
+constexpr Times usualTimes{10000, 100000, 200, 100};
+constexpr Times quickTimes{20, 500, 10, 10};
 
 /// What this process holds.
 struct Holding {
@@ -65,16 +65,11 @@ QList<Holding> holdings(PluggedWindow &window)
             count("engine's timers", timers)};
 }
 
-/// What is held along the way, against what was held at the beginning.
-void reportHoldings(const Figure &figure, const QList<QList<Holding>> &along)
+void reportHoldings(const Figure &figure, const QList<Holding> &beginning,
+                    const QList<Holding> &end)
 {
-    for (qsizetype i = 0; i < along.constFirst().size(); ++i) {
-        const Holding &first = along.constFirst()[i];
-        QList<double> later;
-        for (const QList<Holding> &sample : along.mid(1))
-            later.append(sample[i].amount);
-        report(figure, first.name, first.unit, later, QList<double>(later.size(), first.amount));
-    }
+    for (qsizetype i = 0; i < end.size(); ++i)
+        report(figure, end[i].name, end[i].unit, {end[i].amount}, {beginning[i].amount});
 }
 
 /// Repeats the event and compares the end with the beginning.
@@ -83,7 +78,7 @@ void measureGrowth(const QString &name, int times, int compared, PluggedWindow &
 {
     for (int i = 0; i < warmUp; ++i)
         event();
-    QList<QList<Holding>> along{holdings(window)};
+    const QList<Holding> beginning = holdings(window);
     QList<double> first;
     QList<double> last;
     for (int i = 0; i < times; ++i) {
@@ -92,14 +87,34 @@ void measureGrowth(const QString &name, int times, int compared, PluggedWindow &
             first.append(cost);
         if (i >= times - compared)
             last.append(cost);
-        if ((i + 1) % (times / samples) == 0)
-            along.append(holdings(window));
     }
-    const Figure figure{.name = QStringLiteral("%1 %2").arg(times).arg(name),
-                        .floor = QStringLiteral("the beginning"),
-                        .goal = 1};
+    Figure figure{.name = QStringLiteral("%1 %2").arg(times).arg(name),
+                  .floor = QStringLiteral("the beginning"),
+                  .goal = 1};
     report(figure, QStringLiteral("processor"), QStringLiteral("µs"), last, first);
-    reportHoldings(figure, along);
+    // The engine's timers take what more there is.
+    figure.goal = 0;
+    reportHoldings(figure, beginning, holdings(window));
+}
+
+/// What looks for a device leave behind that end early, each of which is meant to keep its
+/// connection.
+void measureLeft(const QString &name, int times, PluggedWindow &window, const Work &prepare)
+{
+    const auto look = [&] {
+        prepare();
+        window.detect();
+        window.hurryEngine();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    for (int i = 0; i < warmUp; ++i)
+        look();
+    const QList<Holding> beginning = holdings(window);
+    for (int i = 0; i < times; ++i)
+        look();
+    reportHoldings({.name = QStringLiteral("%1 looks, %2").arg(times).arg(name),
+                    .floor = QStringLiteral("the beginning")},
+                   beginning, holdings(window));
 }
 
 void plugAndUnplug(PluggedWindow &window)
@@ -111,11 +126,8 @@ void plugAndUnplug(PluggedWindow &window)
     window.unplug();
 }
 
-void measure(const Times &times)
+void measureSteps(const Times &times, PluggedWindow &window)
 {
-    PluggedWindow window(VESMORA_PID_RX1);
-    measureGrowth(QStringLiteral("plugs"), times.plugs, times.compared, window,
-                  [&] { plugAndUnplug(window); });
     window.plug();
     window.detect();
     auto *knob = window.window().findChild<Knob *>(QStringLiteral("Headphone"));
@@ -125,6 +137,34 @@ void measure(const Times &times)
         wheel.turn();
         QCoreApplication::processEvents();
     });
+    window.hurryEngine();
+    window.unplug();
+}
+
+void measureVainLooks(int times, PluggedWindow &window)
+{
+    SimulatorClient &simulator = window.simulator();
+    const auto succeed = [&](bool done) { require(done, simulator.errorString()); };
+    window.plug();
+    measureLeft(QStringLiteral("firmware unreadable"), times, window, [&] {
+        succeed(simulator.fail(QStringLiteral("getFirmwareVersion"), 1, ERROR_GEN_FAILURE));
+    });
+    // After the look's own.
+    constexpr int openOfEngine = 2;
+    measureLeft(QStringLiteral("no connection for the engine"), times, window, [&] {
+        succeed(simulator.fail(QStringLiteral("open"), openOfEngine, ERROR_GEN_FAILURE));
+    });
+    succeed(simulator.setIdentifier(UINT32_MAX));
+    measureLeft(QStringLiteral("unknown device"), times, window, [] {});
+}
+
+void measure(const Times &times)
+{
+    PluggedWindow window(VESMORA_PID_RX1);
+    measureGrowth(QStringLiteral("plugs"), times.plugs, times.compared, window,
+                  [&] { plugAndUnplug(window); });
+    measureSteps(times, window);
+    measureVainLooks(times.vainLooks, window);
 }
 
 } // namespace
