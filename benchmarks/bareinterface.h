@@ -32,9 +32,6 @@ public:
         m_file.sync();
     }
 
-    /// Where the program keeps its files.
-    static QString dataFolder();
-
 private:
     void request(DWORD code, const void *input, DWORD length) const
     {

@@ -40,14 +40,15 @@ Cost costOfTimes(int times, const Work &work)
     });
 }
 
-/// How often work has to be repeated to take as long as a measurement shall.
+/// How often work has to be repeated to take as long as a measurement shall. Always even: work may
+/// go to and fro.
 int timesToFill(const Effort &effort, const Work &work)
 {
     const double wanted = std::max(effort.batch, processorTimeGrain);
-    for (int times = 1;; times *= 2) {
+    for (int times = 2;; times *= 2) {
         const double taken = costOfTimes(times, work).processor;
         if (taken >= wanted / 4)
-            return static_cast<int>(std::ceil(times * wanted / taken));
+            return 2 * static_cast<int>(std::ceil(times * wanted / taken / 2));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "livepanel.h"
 
+#include "datafile.h"
 #include "models.h"
 
 #include <QCoreApplication>
@@ -14,18 +15,6 @@ namespace {
 const QString panelFile = QStringLiteral("rx1.ini");
 const QString floorFile = QStringLiteral("floor.ini");
 
-QString pathOf(const QString &file)
-{
-    return BareInterface::dataFolder() + u'/' + file;
-}
-
-QByteArray contentsOf(const QString &file)
-{
-    QFile opened(pathOf(file));
-    require(opened.open(QIODevice::ReadOnly), opened.fileName());
-    return opened.readAll();
-}
-
 template <typename Control> Control &found(const QWidget &panel, const char *name)
 {
     auto *control = panel.findChild<Control *>(QLatin1String(name));
@@ -39,13 +28,13 @@ LivePanel::LivePanel()
 {
     require(m_simulator.open() && m_simulator.reset() && m_simulator.plug(VESMORA_PID_RX1),
             m_simulator.errorString());
-    QFile::remove(pathOf(panelFile));
-    QFile::remove(pathOf(floorFile));
+    QFile::remove(dataFile(panelFile));
+    QFile::remove(dataFile(floorFile));
     m_panel.reset(findModel(VESMORA_PID_RX1)->createPanel());
     m_panel->show();
     knob("Headphone").setValue(volume);
     knob("Mic").setValue(gain);
-    require(QFile::copy(pathOf(panelFile), pathOf(floorFile)), pathOf(floorFile));
+    require(QFile::copy(dataFile(panelFile), dataFile(floorFile)), dataFile(floorFile));
     m_bare.emplace(floorFile);
 }
 
@@ -75,7 +64,7 @@ void LivePanel::compareEvent(const QString &name, const Effort &effort, const Wo
     const Work floorWithLog = [&] { floor(true); };
     requireSame(name, event, floorWithLog);
     const QString fileSystem =
-        QString::fromLatin1(QStorageInfo(BareInterface::dataFolder()).fileSystemType());
+        QString::fromLatin1(QStorageInfo(dataFile(panelFile)).fileSystemType());
     Figure figure{.name = QStringLiteral("%1, saved on %2").arg(name, fileSystem),
                   .floor = QStringLiteral("bare requests, log and saving"),
                   .goal = 1.05};

@@ -31,7 +31,7 @@ public:
     BareInterface &bare() { return *m_bare; }
 
     /// Measures the product's @p event against a @p floor that does the same, with and without the
-    /// lines of the log. Two times of each bring everything back to where it was.
+    /// lines of the log. Each goes to and fro: two times bring everything back to where it was.
     void compareEvent(const QString &name, const Effort &effort, const Work &event,
                       const std::function<void(bool logs)> &floor);
 

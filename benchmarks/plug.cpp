@@ -1,7 +1,7 @@
 #include "figures.h"
 
-#include "bareinterface.h"
 #include "bareplug.h"
+#include "datafile.h"
 #include "goldenstart.h"
 #include "panelmodel.h"
 #include "pluggedwindow.h"
@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QSettings>
 
+#include <optional>
+
 namespace {
 
 const QString engineFile = QStringLiteral("setting.ini");
@@ -17,24 +19,12 @@ const QString floorFile = QStringLiteral("floor.ini");
 
 constexpr double pauses = 100000; // microseconds that the audio engine waits while it comes up
 
-QString pathOf(const QString &file)
-{
-    return BareInterface::dataFolder() + u'/' + file;
-}
-
-QByteArray contentsOf(const QString &file)
-{
-    QFile opened(pathOf(file));
-    require(opened.open(QIODevice::ReadOnly), opened.fileName());
-    return opened.readAll();
-}
-
 /// Has a panel find what a user may have left.
 void saveState(const PanelModel &model)
 {
     for (const QString &file : {engineFile, floorFile, model.file()})
-        QFile::remove(pathOf(file));
-    QSettings file(pathOf(model.file()), QSettings::IniFormat);
+        QFile::remove(dataFile(file));
+    QSettings file(dataFile(model.file()), QSettings::IniFormat);
     const QStringList entries = goldenReplay(model.name).saved;
     for (const QString &entry : entries)
         file.setValue(entry.section(u'=', 0, 0), entry.section(u'=', 1));
@@ -52,8 +42,7 @@ class Contest
 {
 public:
     explicit Contest(const PanelModel &model)
-        : m_name(model.name)
-        , m_window(model.identifier())
+        : m_window(model.identifier())
     {
         // The audio engine is brought up but once.
         m_window.plug();
@@ -64,14 +53,14 @@ public:
         const Trace product = traceOf(m_window.simulator(), [this] { m_window.detect(); });
         m_window.unplug();
         const QByteArray saved = contentsOf(model.file());
-        require(QFile::copy(pathOf(model.file()), pathOf(floorFile)), pathOf(floorFile));
-        m_bare.emplace(model, product, pathOf(engineFile), pathOf(floorFile));
+        require(QFile::copy(dataFile(model.file()), dataFile(floorFile)), dataFile(floorFile));
+        m_bare.emplace(model, product, dataFile(engineFile), dataFile(floorFile));
 
         beginBare();
         const Trace floor = traceOf(m_window.simulator(), [this] { m_bare->run(); });
         endBare();
         requireSameTraces(QStringLiteral("plug of ") + model.name, product, floor);
-        require(contentsOf(floorFile) == saved, pathOf(floorFile));
+        require(contentsOf(floorFile) == saved, dataFile(floorFile));
     }
 
     void measure(Costs &costs)
@@ -101,7 +90,6 @@ private:
         require(m_window.simulator().unplug(), m_window.simulator().errorString());
     }
 
-    const QString m_name;
     PluggedWindow m_window;
     std::optional<BarePlug> m_bare;
 };

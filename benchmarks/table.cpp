@@ -134,7 +134,7 @@ int main(int argc, char *argv[])
 
     const QList<QJsonObject> measurements = readMeasurements();
     require(!measurements.isEmpty(), QStringLiteral("Nothing was measured."));
-    QList<Row> rows{{QStringLiteral("figure"), QStringLiteral("against"), QStringLiteral("time"),
+    QList<Row> rows{{QStringLiteral("figure"), QStringLiteral("against"), QStringLiteral("measure"),
                      QStringLiteral("goal"), QStringLiteral("ratio"), QStringLiteral("min"),
                      QStringLiteral("max"), QStringLiteral("product"), QStringLiteral("floor"),
                      QStringLiteral("unit"), QStringLiteral("pairs")}};
