@@ -198,15 +198,18 @@ void AudioEngine::cycleOtg(const std::function<void()> &completed)
     });
 }
 
-/// Runs @p step after a pause, unless there is no connection by then.
+/// Runs @p step after a pause, unless there is no connection by then. The timer stays as long as
+/// the dialog; what it had to do does not.
 void AudioEngine::after(int milliseconds, const std::function<void()> &step)
 {
     auto *timer = new QTimer(parent());
     timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, [this, timer, step] {
+    const auto fire = [this, timer, step] {
         timer->stop();
         if (m_device)
             step();
-    });
+    };
+    connect(timer, &QTimer::timeout, this, fire,
+            static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
     timer->start(milliseconds);
 }
