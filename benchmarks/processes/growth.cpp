@@ -36,40 +36,53 @@ struct Times {
 constexpr Times usualTimes{10000, 100000, 200, 100};
 constexpr Times quickTimes{20, 500, 10, 10};
 
-/// What this process holds.
 struct Holding {
     QString name;
     QString unit;
     double amount;
 };
 
-QList<Holding> holdings(PluggedWindow &window)
+/// What this process holds.
+struct Holdings {
+    Holding memory;
+    Holding heap;
+    Holding openFiles;
+    Holding threads;
+    Holding widgets;
+    Holding objects;
+    Holding engineTimers; ///< two for every start of the engine, which are meant to stay
+};
+
+Holding count(const char *name, qsizetype amount)
+{
+    return {QLatin1String(name), QString(), static_cast<double>(amount)};
+}
+
+Holding size(const char *name, double kibibytes)
+{
+    return {QLatin1String(name), QStringLiteral("KiB"), kibibytes};
+}
+
+Holdings holdings(PluggedWindow &window)
 {
     const qint64 self = QCoreApplication::applicationPid();
-    const auto used = mallinfo2();
+    const auto heap = mallinfo2();
     const qsizetype timers =
         window.settings().findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).size();
     const qsizetype objects = window.window().findChildren<QObject *>().size()
         + window.settings().findChildren<QObject *>().size() - timers;
-    const auto count = [](const char *name, auto number) {
-        return Holding{QLatin1String(name), QString(), static_cast<double>(number)};
-    };
-    return {{QStringLiteral("PSS"), QStringLiteral("KiB"), memoryOf(self).proportional},
-            {QStringLiteral("heap in use"), QStringLiteral("KiB"),
-             static_cast<double>(used.uordblks + used.hblkhd) / 1024},
-            count("open files", openFilesOf(self)),
-            count("threads", threadsOf(self)),
-            count("widgets", QApplication::allWidgets().size()),
-            count("objects, engine's timers left out", objects),
-            // Two for every start of the engine, and meant to be.
-            count("engine's timers", timers)};
+    return {.memory = size("PSS", memoryOf(self).proportional),
+            .heap = size("heap in use", static_cast<double>(heap.uordblks + heap.hblkhd) / 1024),
+            .openFiles = count("open files", openFilesOf(self)),
+            .threads = count("threads", threadsOf(self)),
+            .widgets = count("widgets", QApplication::allWidgets().size()),
+            .objects = count("other objects", objects),
+            .engineTimers = count("engine's timers", timers)};
 }
 
-void reportHoldings(const Figure &figure, const QList<Holding> &beginning,
-                    const QList<Holding> &end)
+void reportHolding(const Figure &figure, const Holding &end, const Holding &beginning)
 {
-    for (qsizetype i = 0; i < end.size(); ++i)
-        report(figure, end[i].name, end[i].unit, {end[i].amount}, {beginning[i].amount});
+    report(figure, end.name, end.unit, {end.amount}, {beginning.amount});
 }
 
 /// Repeats the event and compares the end with the beginning.
@@ -78,7 +91,7 @@ void measureGrowth(const QString &name, int times, int compared, PluggedWindow &
 {
     for (int i = 0; i < warmUp; ++i)
         event();
-    const QList<Holding> beginning = holdings(window);
+    const Holdings beginning = holdings(window);
     QList<double> first;
     QList<double> last;
     for (int i = 0; i < times; ++i) {
@@ -94,7 +107,11 @@ void measureGrowth(const QString &name, int times, int compared, PluggedWindow &
     report(figure, QStringLiteral("processor"), QStringLiteral("µs"), last, first);
     // The engine's timers take what more there is.
     figure.goal = 0;
-    reportHoldings(figure, beginning, holdings(window));
+    const Holdings end = holdings(window);
+    for (const auto held :
+         {&Holdings::memory, &Holdings::heap, &Holdings::openFiles, &Holdings::threads,
+          &Holdings::widgets, &Holdings::objects, &Holdings::engineTimers})
+        reportHolding(figure, end.*held, beginning.*held);
 }
 
 /// What looks for a device leave behind that end early, each of which is meant to keep its
@@ -109,12 +126,14 @@ void measureLeft(const QString &name, int times, PluggedWindow &window, const Wo
     };
     for (int i = 0; i < warmUp; ++i)
         look();
-    const QList<Holding> beginning = holdings(window);
+    const Holdings beginning = holdings(window);
     for (int i = 0; i < times; ++i)
         look();
-    reportHoldings({.name = QStringLiteral("%1 looks, %2").arg(times).arg(name),
-                    .floor = QStringLiteral("the beginning")},
-                   beginning, holdings(window));
+    const Figure figure{.name = QStringLiteral("%1 looks, %2").arg(times).arg(name),
+                        .floor = QStringLiteral("the beginning")};
+    const Holdings end = holdings(window);
+    reportHolding(figure, end.heap, beginning.heap);
+    reportHolding(figure, end.openFiles, beginning.openFiles);
 }
 
 void plugAndUnplug(PluggedWindow &window)
