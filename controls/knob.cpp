@@ -7,7 +7,6 @@
 #include "wholenumber.h"
 
 #include <QEnterEvent>
-#include <QFont>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -193,25 +192,21 @@ KnobLook Knob::look() const
     return {size(), arcWidth, roundCap, showTrack, trackColor, arcColor, faceRatio};
 }
 
-void Knob::paintEvent(QPaintEvent *event)
+void Knob::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setFont(QFont(fontFamily, fontSize));
-    const bool whole = event->region().rectCount() == 1 && event->rect() == rect();
-    paintLook(painter, whole);
+    paintLook(painter);
     if (showText)
         paintText(painter);
 }
 
-/// Shows the picture that is kept of us. Where there can be none, as the ground is not plain or not
-/// the @p whole of us is repainted, paints it all.
-void Knob::paintLook(QPainter &painter, bool whole)
+/// Shows the picture that is kept of us. On a ground that is not plain there is none.
+void Knob::paintLook(QPainter &painter)
 {
     const KnobLook ours = look();
     const int arcSpan = truncated(sweepAngle() * -unitsPerDegree);
-    const auto ground =
-        whole && ours.fitsItsSize() ? PlainGround::under(painter, size()) : std::nullopt;
+    const auto ground = ours.fitsItsSize() ? PlainGround::under(painter, size()) : std::nullopt;
     if (!ground) {
         ours.paint(painter, arcSpan);
         return;
@@ -222,6 +217,7 @@ void Knob::paintLook(QPainter &painter, bool whole)
 
 void Knob::paintText(QPainter &painter)
 {
+    painter.setFont(m_text->font(fontFamily, fontSize));
     painter.setPen(textColor);
     textRect = m_text->paint(painter, rect(), valueText());
 }

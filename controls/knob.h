@@ -91,7 +91,7 @@ private:
     double sweepAngle() const;
     QString valueText() const;
     KnobLook look() const;
-    void paintLook(QPainter &painter, bool whole);
+    void paintLook(QPainter &painter);
     void paintText(QPainter &painter);
 
     std::shared_ptr<KnobPicture> m_picture; // as last painted on a plain ground

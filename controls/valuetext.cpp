@@ -35,6 +35,15 @@ ValueText::ValueText()
     m_layout.setCacheEnabled(true);
 }
 
+const QFont &ValueText::font(const QString &family, int points)
+{
+    if (m_family != family || m_font.pointSize() != points) {
+        m_font = QFont(family, points);
+        m_family = family;
+    }
+    return m_font;
+}
+
 void ValueText::forget()
 {
     m_layout.clearLayout();

@@ -1,6 +1,7 @@
 #ifndef VALUETEXT_H
 #define VALUETEXT_H
 
+#include <QFont>
 #include <QRect>
 #include <QString>
 #include <QTextLayout>
@@ -13,6 +14,9 @@ class ValueText
 public:
     ValueText();
 
+    /// QFont(family, points), made anew only when they change.
+    const QFont &font(const QString &family, int points);
+
     /// Paints @p text with the painter's font and pen in the middle of @p rect. Returns what
     /// QPainter::boundingRect() says of it.
     QRect paint(QPainter &painter, const QRect &rect, const QString &text);
@@ -24,6 +28,8 @@ private:
     void prepare(const QPainter &painter);
     void layOut(const QString &text);
 
+    QFont m_font;
+    QString m_family; // m_font was made of; its own may be a list
     QTextLayout m_layout;
     int m_dpi = 0; // of the device that it is laid out for
     Qt::LayoutDirection m_direction = Qt::LayoutDirectionAuto;
