@@ -10,6 +10,7 @@
 #include <QStyleFactory>
 
 #include <memory>
+#include <random>
 
 namespace {
 
@@ -35,6 +36,11 @@ public:
 
     /// The value after @p value; after the last one the first.
     int next(int value) const { return value < knob->maxValue ? value + 1 : knob->minValue; }
+    /// Any value, in the same order in every run.
+    int any(std::minstd_rand &random) const
+    {
+        return std::uniform_int_distribution(knob->minValue, knob->maxValue)(random);
+    }
 
 private:
     std::unique_ptr<QStyle> m_fusion{QStyleFactory::create(QStringLiteral("Fusion"))};
@@ -56,16 +62,26 @@ void compareRepaints(const QString &name, const Effort &effort, Pair &pair,
     };
     compareRepeated(
         named(", same value"), effort, [&] { repaint(*pair.knob); }, [&] { repaint(*pair.dial); });
+
+    const auto showNext = [&](auto &control, int value) {
+        control.setValue(value);
+        repaint(control);
+    };
+    // Both have shown every value before.
+    for (int i = pair.knob->minValue; i <= pair.knob->maxValue; ++i) {
+        showNext(*pair.knob, pair.next(pair.knob->value));
+        showNext(*pair.dial, pair.next(pair.dial->value()));
+    }
     compareRepeated(
         named(", changing value"), effort,
-        [&] {
-            pair.knob->setValue(pair.next(pair.knob->value));
-            repaint(*pair.knob);
-        },
-        [&] {
-            pair.dial->setValue(pair.next(pair.dial->value()));
-            repaint(*pair.dial);
-        });
+        [&] { showNext(*pair.knob, pair.next(pair.knob->value)); },
+        [&] { showNext(*pair.dial, pair.next(pair.dial->value())); });
+    // Of what was kept of steps, little is of use to jumps.
+    std::minstd_rand ofKnob;
+    std::minstd_rand ofDial;
+    compareRepeated(
+        named(", jumping value"), effort, [&] { showNext(*pair.knob, pair.any(ofKnob)); },
+        [&] { showNext(*pair.dial, pair.any(ofDial)); });
 }
 
 void measureIntoImages(const QString &name, const Effort &effort, Pair &pair)
