@@ -133,7 +133,10 @@ void tst_KnobPixels::aMemberThatHasChangedShowsAtTheNextPaint_data()
     row("width", [](Knob &knob) { knob.resize(side + 1, side); });
     row("height", [](Knob &knob) { knob.resize(side, side - 1); });
     row("size", [](Knob &knob) { knob.resize(70, 70); });
-    row("layout direction", [](Knob &knob) { knob.setLayoutDirection(Qt::RightToLeft); });
+    row("layout direction", [](Knob &knob) {
+        knob.setLayoutDirection(Qt::RightToLeft);
+        knob.suffix = "dB!"; // which begins with its mark then
+    });
     row("a bold parent", [](Knob &knob) {
         QFont bold;
         bold.setBold(true);
