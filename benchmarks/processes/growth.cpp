@@ -4,6 +4,7 @@
 // The simulated interface has to run. The pauses of the audio engine are left out.
 
 #include "comparison.h"
+#include "datafile.h"
 #include "pluggedwindow.h"
 #include "tracing.h"
 #include "usage.h"
@@ -12,6 +13,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QSettings>
 #include <QTimer>
 
 #include <iostream>
@@ -85,7 +87,26 @@ void reportHolding(const Figure &figure, const Holding &end, const Holding &begi
     report(figure, end.name, end.unit, {end.amount}, {beginning.amount});
 }
 
-/// Repeats the event and compares the end with the beginning.
+/// Work that depends on nothing that was before.
+class Yardstick
+{
+public:
+    void apply()
+    {
+        constexpr int times = 10;
+        for (int i = 0; i < times; ++i) {
+            m_file.setValue(QStringLiteral("Yardstick"), ++m_value);
+            m_file.sync();
+        }
+    }
+
+private:
+    QSettings m_file{dataFile(QStringLiteral("yardstick.ini")), QSettings::IniFormat};
+    int m_value = 0;
+};
+
+/// Repeats the event and compares the end with the beginning. In between, minutes pass and others
+/// may have come to use the machine, so the time of an event counts in times of a yardstick.
 void measureGrowth(const QString &name, int times, int compared, PluggedWindow &window,
                    const Work &event)
 {
@@ -94,17 +115,21 @@ void measureGrowth(const QString &name, int times, int compared, PluggedWindow &
     const Holdings beginning = holdings(window);
     QList<double> first;
     QList<double> last;
-    for (int i = 0; i < times; ++i) {
+    Yardstick yardstick;
+    const auto costInYardsticks = [&] {
         const double cost = costOf(event).processor;
-        if (i < compared)
-            first.append(cost);
-        if (i >= times - compared)
-            last.append(cost);
-    }
+        return cost / costOf([&] { yardstick.apply(); }).processor;
+    };
+    for (int i = 0; i < compared; ++i)
+        first.append(costInYardsticks());
+    for (int i = compared; i < times - compared; ++i)
+        event();
+    for (int i = 0; i < compared; ++i)
+        last.append(costInYardsticks());
     Figure figure{.name = QStringLiteral("%1 %2").arg(times).arg(name),
                   .floor = QStringLiteral("the beginning"),
                   .goal = 1};
-    report(figure, QStringLiteral("processor"), QStringLiteral("µs"), last, first);
+    report(figure, QStringLiteral("processor"), QStringLiteral("10 saves"), last, first);
     // The engine's timers take what more there is.
     figure.goal = 0;
     const Holdings end = holdings(window);
