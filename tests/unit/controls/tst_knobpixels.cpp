@@ -133,10 +133,7 @@ void tst_KnobPixels::aMemberThatHasChangedShowsAtTheNextPaint_data()
     row("width", [](Knob &knob) { knob.resize(side + 1, side); });
     row("height", [](Knob &knob) { knob.resize(side, side - 1); });
     row("size", [](Knob &knob) { knob.resize(70, 70); });
-    row("layout direction", [](Knob &knob) {
-        knob.setLayoutDirection(Qt::RightToLeft);
-        knob.suffix = "dB!"; // which begins with its mark then
-    });
+    row("layout direction", [](Knob &knob) { knob.setLayoutDirection(Qt::RightToLeft); });
     row("a bold parent", [](Knob &knob) {
         QFont bold;
         bold.setBold(true);
@@ -376,6 +373,9 @@ void tst_KnobPixels::throughAPainterOfOnesOwn_data()
     row("as it is", [](QPainter &) {});
     row("moved", [](QPainter &painter) { painter.translate(7, 4); });
     row("moved by part of a pixel", [](QPainter &painter) { painter.translate(7.25, 4.625); });
+    row("from right to left", [](QPainter &painter) {
+        painter.setLayoutDirection(Qt::RightToLeft); // which an exclamation mark shows
+    });
     row("larger", [](QPainter &painter) { painter.scale(1.4, 1.4); });
     row("smaller", [](QPainter &painter) { painter.scale(0.6, 0.6); });
     row("wider", [](QPainter &painter) { painter.scale(1.3, 0.8); });
@@ -412,6 +412,8 @@ void tst_KnobPixels::throughAPainterOfOnesOwn()
     for (const double ratio : {1.0, 1.5, 2.0}) {
         const Ground ground{.ratio = ratio, .format = QImage::Format_ARGB32_Premultiplied};
         ObservedKnob knob(decibels, -20);
+        knob.suffix = "dB!";
+        painted(knob, ground);
         LiteralKnob literal;
         literal.copy(knob);
         const auto through = [&](QWidget &widget) {
