@@ -4,9 +4,43 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QGraphicsDropShadowEffect>
 #include <QMouseEvent>
+#include <QPushButton>
 
 namespace {
+
+/// A switch that changes its look, and does nothing else.
+class StyledSwitch
+{
+public:
+    explicit StyledSwitch(QWidget *panel)
+        : m_button(QStringLiteral("48V"), panel)
+        , m_glow(new QGraphicsDropShadowEffect)
+    {
+        m_button.setGraphicsEffect(m_glow);
+        m_button.show();
+        change();
+    }
+
+    void change()
+    {
+        m_on = !m_on;
+        m_button.setStyleSheet(m_on ? m_styleOn : m_styleOff);
+        m_glow->setEnabled(m_on);
+    }
+
+private:
+    const QString m_styleOn = QStringLiteral(
+        "QPushButton {   color: #ff1111;   background-color: #1b1e23;   border-radius: 3px;}"
+        "QPushButton:pressed {   background-color: #1b1e23;}");
+    const QString m_styleOff = QStringLiteral(
+        "QPushButton {   color: #8a95aa;   background-color: #1b1e23;   border-radius: 3px;}"
+        "QPushButton:pressed {   background-color: #1b1e23;}");
+    QPushButton m_button;
+    QGraphicsDropShadowEffect *m_glow; // the button's
+    bool m_on = false;
+};
 
 void compareClick(const QString &name, const Effort &effort, LivePanel &panel, Button &button,
                   const std::function<void(bool logs)> &floor)
@@ -14,8 +48,10 @@ void compareClick(const QString &name, const Effort &effort, LivePanel &panel, B
     const QPointF middle(button.rect().center());
     QMouseEvent press(QEvent::MouseButtonPress, middle, button.mapToGlobal(middle), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
+    StyledSwitch look(button.parentWidget());
     panel.compareEvent(
-        name, effort, [&] { QCoreApplication::sendEvent(&button, &press); }, floor);
+        name, effort, [&] { QCoreApplication::sendEvent(&button, &press); }, floor,
+        [&] { look.change(); });
 }
 
 // The product acts on both emissions of a click, so the floors do everything twice.

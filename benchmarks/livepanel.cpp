@@ -58,7 +58,7 @@ MixerBlock LivePanel::deviceBlock()
 }
 
 void LivePanel::compareEvent(const QString &name, const Effort &effort, const Work &event,
-                             const std::function<void(bool logs)> &floor)
+                             const std::function<void(bool logs)> &floor, const Work &look)
 {
     const Work rest = [this] { comeToRest(); };
     const Work floorWithLog = [&] { floor(true); };
@@ -69,6 +69,14 @@ void LivePanel::compareEvent(const QString &name, const Effort &effort, const Wo
                   .floor = QStringLiteral("bare requests, log and saving"),
                   .goal = 1.05};
     compareRepeated(figure, effort, event, floorWithLog, rest);
+    if (look) {
+        figure.floor = QStringLiteral("the same and one style sheet");
+        const Work floorWithLook = [&] {
+            look();
+            floor(true);
+        };
+        compareRepeated(figure, effort, event, floorWithLook, rest);
+    }
     figure.floor = QStringLiteral("bare requests and saving");
     figure.goal = 0;
     compareRepeated(

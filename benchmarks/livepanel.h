@@ -31,9 +31,10 @@ public:
     BareInterface &bare() { return *m_bare; }
 
     /// Measures the product's @p event against a @p floor that does the same, with and without the
-    /// lines of the log. Each goes to and fro: two times bring everything back to where it was.
+    /// lines of the log, and with @p look, too, if there is that to be changed. Each goes to and
+    /// fro: two times bring everything back to where it was.
     void compareEvent(const QString &name, const Effort &effort, const Work &event,
-                      const std::function<void(bool logs)> &floor);
+                      const std::function<void(bool logs)> &floor, const Work &look = {});
 
 private:
     void requireSame(const QString &name, const Work &event, const Work &floor);
