@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace {
@@ -34,9 +34,11 @@ std::shared_ptr<KnobPicture> KnobPicture::of(const KnobLook &look, const PlainGr
 KnobPicture::KnobPicture(const KnobLook &look, const PlainGround &ground)
     : m_look(look)
     , m_ground(ground)
-{
-    paintWhole(m_arcSpan);
-}
+    , m_image(paintedWhole(0))
+    , m_arcs{{0, {}}}
+    , m_none(m_arcs.begin())
+    , m_current(m_none)
+{ }
 
 bool KnobPicture::shows(const KnobLook &look, const PlainGround &ground) const
 {
@@ -45,67 +47,76 @@ bool KnobPicture::shows(const KnobLook &look, const PlainGround &ground) const
 
 const QImage &KnobPicture::withArc(int arcSpan)
 {
-    if (arcSpan == m_arcSpan)
-        return m_image;
-    const auto ends = std::minmax(arcSpan, m_arcSpan);
-    if (const auto known = m_steps.find(ends); known != m_steps.end()) {
-        Step &step = known->second;
-        step.change.toggle(m_image);
-        step.taken = !step.taken;
-    } else {
-        const QImage before = m_image;
-        paint(arcSpan);
-        if (m_stepBytes < mostStepBytes()) {
-            const auto &step = m_steps.emplace(ends, Step{{before, m_image}, false}).first->second;
-            m_stepBytes += step.change.sizeInBytes();
-        }
-    }
-    m_arcSpan = arcSpan;
+    const auto known = m_arcs.find(arcSpan);
+    goTo(known != m_arcs.end() ? known : learn(arcSpan));
     return m_image;
 }
 
-qsizetype KnobPicture::mostStepBytes() const
+void KnobPicture::goTo(Arcs::iterator arc)
+{
+    while (arc->first < m_current->first)
+        (++m_current)->second.toggle(m_image);
+    while (arc->first > m_current->first)
+        (m_current--)->second.toggle(m_image);
+}
+
+/// Paints an arc and keeps it between its neighbours.
+KnobPicture::Arcs::iterator KnobPicture::learn(int arcSpan)
+{
+    if (isFull())
+        forgetArcs();
+    const QImage image = painted(arcSpan);
+    const auto pictureOf = [this](Arcs::iterator arc) {
+        goTo(arc);
+        return m_image;
+    };
+    const auto after = m_arcs.upper_bound(arcSpan);
+    PixelChange fromBefore;
+    if (after != m_arcs.begin())
+        fromBefore = {pictureOf(std::prev(after)), image};
+    if (after != m_arcs.end())
+        after->second = {image, pictureOf(after)};
+    m_image = image;
+    m_current = m_arcs.emplace_hint(after, arcSpan, fromBefore);
+    return m_current;
+}
+
+void KnobPicture::forgetArcs()
+{
+    goTo(m_none);
+    std::erase_if(m_arcs, [](const auto &arc) { return arc.first != 0; });
+}
+
+bool KnobPicture::isFull() const
 {
     constexpr qsizetype base = 32768;
-    return base + m_image.sizeInBytes();
+    const qsizetype most = base + m_image.sizeInBytes();
+    qsizetype bytes = 0;
+    for (const auto &[span, change] : m_arcs)
+        bytes += change.sizeInBytes();
+    return bytes >= most;
 }
 
-void KnobPicture::paint(int arcSpan)
+QImage KnobPicture::painted(int arcSpan)
 {
-    if (m_look.arcIsClearOfFace())
-        paintArc(arcSpan);
-    else
-        paintWhole(arcSpan);
-}
-
-void KnobPicture::paintWhole(int arcSpan)
-{
-    m_image = m_ground.canvas();
-    QPainter painter(&m_image);
-    prepare(painter);
-    m_look.paint(painter, arcSpan);
-}
-
-void KnobPicture::paintArc(int arcSpan)
-{
-    const QImage bare = withoutArc();
-    m_image = bare;
-    QPainter painter(&m_image);
+    if (!m_look.arcIsClearOfFace())
+        return paintedWhole(arcSpan);
+    goTo(m_none);
+    QImage image = m_image;
+    QPainter painter(&image);
     prepare(painter);
     m_look.paintArc(painter, arcSpan);
     painter.end();
-    m_arc = PixelChange(bare, m_image);
-    for (auto &[ends, step] : m_steps)
-        step.taken = false;
+    return image;
 }
 
-QImage KnobPicture::withoutArc() const
+QImage KnobPicture::paintedWhole(int arcSpan) const
 {
-    QImage image = m_image;
-    for (const auto &[ends, step] : m_steps)
-        if (step.taken)
-            step.change.toggle(image);
-    m_arc.toggle(image);
+    QImage image = m_ground.canvas();
+    QPainter painter(&image);
+    prepare(painter);
+    m_look.paint(painter, arcSpan);
+    painter.end();
     return image;
 }
 

@@ -7,18 +7,19 @@
 
 #include <QImage>
 
+#include <functional>
 #include <map>
 #include <memory>
-#include <utility>
 
 class QPainter;
 
 /// A knob without its text, painted once on a plain ground and kept to be shown again. Knobs that
 /// look alike share one; it goes with the last of them.
 ///
-/// There is one image, with the arc of one value. What each way taken to another value changes in
-/// it is kept as well, in no more than the image's memory and 32 KiB: enough for all the steps of a
-/// panel's knob.
+/// There is one image, with the arc of one value. Of every other value shown before is kept what
+/// its arc changes in the picture of the next smaller one, so that the image is led from any of
+/// them to any other, step by step. That takes no more than the image's memory and 32 KiB: enough
+/// for all values of a panel's knob.
 class KnobPicture
 {
 public:
@@ -33,27 +34,24 @@ public:
     const QImage &withArc(int arcSpan);
 
 private:
-    struct Step {
-        PixelChange change;
-        bool taken; // between m_arc and the present picture
-    };
+    // By span: what makes the picture of it out of that of the span before.
+    using Arcs = std::map<int, PixelChange, std::greater<>>;
 
     bool shows(const KnobLook &look, const PlainGround &ground) const;
-    qsizetype mostStepBytes() const;
-    void paint(int arcSpan);
-    void paintWhole(int arcSpan);
-    void paintArc(int arcSpan);
-    QImage withoutArc() const;
+    void goTo(Arcs::iterator arc);
+    Arcs::iterator learn(int arcSpan);
+    void forgetArcs();
+    bool isFull() const;
+    QImage painted(int arcSpan);
+    QImage paintedWhole(int arcSpan) const;
     void prepare(QPainter &painter) const;
 
     KnobLook m_look;
     PlainGround m_ground;
     QImage m_image;
-    int m_arcSpan = 0; // in m_image
-    PixelChange m_arc; // from no arc to the one painted last
-    // By the arc spans that they lead between, the smaller first.
-    std::map<std::pair<int, int>, Step> m_steps;
-    qsizetype m_stepBytes = 0;
+    Arcs m_arcs;
+    Arcs::iterator m_none;    // no arc, of which all others are painted
+    Arcs::iterator m_current; // the one in m_image
 };
 
 #endif

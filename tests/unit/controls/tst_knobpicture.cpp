@@ -34,6 +34,17 @@ KnobLook phoneLook()
     return {extent, 3, true, true, "#44475a", "#00ffff", 0.8};
 }
 
+/// What @p look has to be on the usual ground.
+QImage painted(const KnobLook &look, int arcSpan)
+{
+    QImage image = groundImage().copy(QRect(QPoint(), extent));
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    look.paint(painter, arcSpan);
+    painter.end();
+    return image;
+}
+
 } // namespace
 
 class tst_KnobPicture : public QObject
@@ -48,6 +59,7 @@ private slots:
     void theSameGroundElsewhereHasTheSame();
     void goesWithTheLastOfThem();
     void showsEveryArcThatIsAskedFor();
+    void showsEveryArcHoweverManyThereAre();
     void aGroundIsPlainWhenItIsOfOneColour();
     void aGroundOfAnotherFormatIsNotPlain();
     void aTranslucentGroundIsNotPlain();
@@ -117,21 +129,28 @@ void tst_KnobPicture::goesWithTheLastOfThem()
 
 void tst_KnobPicture::showsEveryArcThatIsAskedFor()
 {
-    const QImage canvas = groundImage().copy(QRect(QPoint(), extent));
     const PlainGround ground = groundOn(groundImage()).value();
     for (const double faceRatio : {0.8, 1.0}) { // arc beside the face, and below it
         KnobLook look = phoneLook();
         look.faceRatio = faceRatio;
         KnobPicture picture(look, ground);
         for (const int span :
-             {0, -50, -100, -150, -100, -4320, -50, -100, -50, 0, -200, -4320, 0}) {
-            QImage expected = canvas;
-            QPainter painter(&expected);
-            painter.setRenderHint(QPainter::Antialiasing);
-            look.paint(painter, span);
-            painter.end();
-            QCOMPARE(picture.withArc(span), expected);
-        }
+             {0, -50, -100, -150, -100, 70, -4320, -50, -100, 30, -50, 0, -200, -4320, 70, 0})
+            QCOMPARE(picture.withArc(span), painted(look, span));
+    }
+}
+
+void tst_KnobPicture::showsEveryArcHoweverManyThereAre()
+{
+    KnobPicture picture(phoneLook(), groundOn(groundImage()).value());
+    constexpr int spans = 4320;
+    constexpr int past = 300;    // beyond no arc, on the other side
+    constexpr int stride = 1777; // has no divisor in common with their number
+    for (int i = 0; i < 600; ++i) {
+        const int span = past - i * stride % spans;
+        QCOMPARE(picture.withArc(span), painted(phoneLook(), span));
+        const int again = past - i / 2 * stride % spans;
+        QCOMPARE(picture.withArc(again), painted(phoneLook(), again));
     }
 }
 
