@@ -76,7 +76,6 @@ void compareRepaints(const QString &name, const Effort &effort, Pair &pair,
         named(", changing value"), effort,
         [&] { showNext(*pair.knob, pair.next(pair.knob->value)); },
         [&] { showNext(*pair.dial, pair.next(pair.dial->value())); });
-    // Of what was kept of steps, little is of use to jumps.
     std::minstd_rand ofKnob;
     std::minstd_rand ofDial;
     compareRepeated(
@@ -100,8 +99,17 @@ void measureInWindow(const QString &name, const Effort &effort, Pair &pair)
     pair.window.show();
     while (!pair.window.testAttribute(Qt::WA_Mapped))
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    compareRepaints(name + QStringLiteral(" in a window"), effort, pair,
-                    [](QWidget &widget) { widget.repaint(); });
+    const QString shown = name + QStringLiteral(" in a window");
+    compareRepaints(shown, effort, pair, [](QWidget &widget) { widget.repaint(); });
+
+    // Whatever is repainted, the ground below it is, too, and the display gets all of it.
+    QWidget nothing(&pair.window);
+    nothing.setGeometry(pair.dial->geometry());
+    nothing.show();
+    pair.dial->hide();
+    compareRepeated(
+        {.name = shown, .floor = QStringLiteral("a widget that paints nothing")}, effort,
+        [&] { pair.knob->repaint(); }, [&] { nothing.repaint(); });
 }
 
 } // namespace
