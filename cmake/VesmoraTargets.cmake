@@ -9,9 +9,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 # The cross-built Qt decompresses no zstd.
 set(CMAKE_AUTORCC_OPTIONS "--no-zstd")
 
-# One commit makes one program, whenever it is built.
 if(WIN32)
-    add_link_options(LINKER:--no-insert-timestamp)
+    # One commit makes one program, whenever it is built. It has the little that it uses of the compiler's own
+    # libraries in itself, as Qt's DLLs do.
+    add_link_options(LINKER:--no-insert-timestamp -static)
 endif()
 
 set(VESMORA_SANITIZERS "" CACHE STRING "Sanitizers for our code and everything linked with it, e.g. address,undefined")

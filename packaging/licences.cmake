@@ -15,5 +15,7 @@ install(FILES /usr/share/doc/mingw-w64-x86-64-dev/copyright DESTINATION licenses
 install(DIRECTORY "${qt_folder}/licenses/" DESTINATION licenses/qt)
 # How the DLLs were made is a part of their source.
 install(PROGRAMS "${PROJECT_SOURCE_DIR}/tools/qt-windows" DESTINATION licenses/qt/build/tools)
-install(FILES "${PROJECT_SOURCE_DIR}/cmake/toolchains/mingw-w64-x86_64.cmake"
+install(FILES
+    "${PROJECT_SOURCE_DIR}/cmake/toolchains/mingw-w64-x86_64.cmake"
+    "${PROJECT_SOURCE_DIR}/cmake/toolchains/qt-painting.cmake"
     DESTINATION licenses/qt/build/cmake/toolchains)

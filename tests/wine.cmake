@@ -1,6 +1,4 @@
 # How tests of Windows programs are run on the machine that builds them.
-include(MinGwRuntime)
-
 set(VESMORA_WINE "${PROJECT_SOURCE_DIR}/tools/wine")
 # Where the installer puts the program that the tests drive from outside.
 set(VESMORA_INSTALLED "${PROJECT_SOURCE_DIR}/build/windows/installed")
@@ -10,16 +8,8 @@ set(CMAKE_CROSSCOMPILING_EMULATOR
     "${VESMORA_WINE}/with-prefix" "${VESMORA_WINE}/with-display" "${VESMORA_WINE}/with-simulator"
     "${VESMORA_WINE}/run-test")
 
-# Qt finds its plugins from where its DLLs are, so its own folder comes first.
-set(folders $<TARGET_FILE_DIR:Qt6::Core>)
-foreach(library IN LISTS MINGW_RUNTIME_LIBRARIES)
-    cmake_path(GET library PARENT_PATH folder)
-    list(APPEND folders "${folder}")
-endforeach()
-list(REMOVE_DUPLICATES folders)
-list(TRANSFORM folders PREPEND Z:)
-# A list of Wine's inside one of CMake's.
-list(JOIN folders "\\;" VESMORA_WINE_LIBRARIES)
+# Qt finds its plugins from where its DLLs are.
+set(VESMORA_WINE_LIBRARIES "Z:$<TARGET_FILE_DIR:Qt6::Core>")
 
 # vesmora_run_under_wine(TEST): the test takes one of the prefixes that CTest hands out.
 function(vesmora_run_under_wine test)

@@ -7,6 +7,8 @@
 
 Target amd64-unicode
 SetCompressor /SOLID lzma
+; In MB; what is installed is less, so that all of it is looked back to.
+SetCompressorDictSize 32
 SetDateSave off
 
 !include MUI2.nsh
