@@ -38,6 +38,19 @@ int savedLevel(const QVariant &saved, int initialDb)
     return static_cast<int>(std::clamp<qint64>(db, Bounds::min(), Bounds::max()));
 }
 
+/// Brings the widgets of a layout into its order, in which they are stacked and read out. Some were
+/// made before the ones above them.
+void stackInOrder(const QLayout &layout)
+{
+    for (int i = 0; i < layout.count(); ++i) {
+        QLayoutItem *item = layout.itemAt(i);
+        if (item->widget())
+            item->widget()->raise();
+        else if (item->layout())
+            stackInOrder(*item->layout());
+    }
+}
+
 void logSwitch(const char *text)
 {
     if (text)
@@ -114,6 +127,7 @@ void DevicePanel::layOutColumns(std::initializer_list<QLayout *> inputs,
     columns->addWidget(panelparts::separator(this));
     for (QLayout *output : outputs)
         columns->addLayout(output);
+    stackInOrder(*columns);
 }
 
 void DevicePanel::startMeters()

@@ -13,7 +13,7 @@ class QVBoxLayout;
 class QWidget;
 
 /// The pieces from which every model's panel is built, each with the family's look. Widgets get
-/// their parent at once: one that is adopted later with a style sheet is polished twice.
+/// their parent before their style sheet: what is adopted with one is polished twice.
 namespace panelparts {
 
 inline constexpr QMargins inputMargins{10, 10, 20, 10};
