@@ -18,9 +18,6 @@
 
 namespace {
 
-constexpr int fullSweep = 270;     // degrees
-constexpr int unitsPerDegree = 16; // as QPainter counts
-
 constexpr double editorMargin = 0.025; // of the text's width and height, on every side
 
 int truncated(double v)
@@ -173,12 +170,10 @@ qint64 Knob::offsetValue() const
     return qint64{displayOffset} + value;
 }
 
-double Knob::sweepAngle() const
+int Knob::arcSpan() const
 {
-    const double range = static_cast<double>(maxValue) - minValue;
-    if (range == 0.0)
-        return 0.0;
-    return (static_cast<double>(value) - minValue) * fullSweep / range;
+    return KnobLook::arcSpan(static_cast<double>(value) - minValue,
+                             static_cast<double>(maxValue) - minValue);
 }
 
 QString Knob::valueText() const
@@ -205,14 +200,13 @@ void Knob::paintEvent(QPaintEvent *)
 void Knob::paintLook(QPainter &painter)
 {
     const KnobLook ours = look();
-    const int arcSpan = truncated(sweepAngle() * -unitsPerDegree);
     const auto ground = ours.fitsItsSize() ? PlainGround::under(painter, size()) : std::nullopt;
     if (!ground) {
-        ours.paint(painter, arcSpan);
+        ours.paint(painter, arcSpan());
         return;
     }
     m_picture = KnobPicture::of(ours, *ground, m_picture);
-    ground->show(painter, m_picture->withArc(arcSpan));
+    ground->show(painter, m_picture->withArc(arcSpan()));
 }
 
 void Knob::paintText(QPainter &painter)

@@ -88,7 +88,7 @@ private:
     std::optional<qint64> typedNumber() const;
     qint64 offsetValue() const;
 
-    double sweepAngle() const;
+    int arcSpan() const;
     QString valueText() const;
     KnobLook look() const;
     void paintLook(QPainter &painter);

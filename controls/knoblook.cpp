@@ -33,6 +33,11 @@ void paintDisc(QPainter &painter, const QBrush &brush, int inset, int diameter)
 
 } // namespace
 
+int KnobLook::arcSpan(double part, double range)
+{
+    return range == 0.0 ? 0 : truncated(part * fullSweep / range * -unitsPerDegree);
+}
+
 void KnobLook::paint(QPainter &painter, int arcSpan) const
 {
     painter.setPen(Qt::NoPen);

@@ -26,6 +26,9 @@ struct KnobLook {
 
     bool operator==(const KnobLook &) const = default;
 
+    /// The span of a value arc that covers @p part of @p range; none when there is no range.
+    static int arcSpan(double part, double range);
+
     /// Paints all of it. The painter has to be antialiasing.
     void paint(QPainter &painter, int arcSpan) const;
 

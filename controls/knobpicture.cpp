@@ -63,7 +63,7 @@ void KnobPicture::goTo(Arcs::iterator arc)
 /// Paints an arc and keeps it between its neighbours.
 KnobPicture::Arcs::iterator KnobPicture::learn(int arcSpan)
 {
-    if (isFull())
+    if (sizeOfArcs() >= mostSizeOfArcs())
         forgetArcs();
     const QImage image = painted(arcSpan);
     const auto pictureOf = [this](Arcs::iterator arc) {
@@ -85,16 +85,21 @@ void KnobPicture::forgetArcs()
 {
     goTo(m_none);
     std::erase_if(m_arcs, [](const auto &arc) { return arc.first != 0; });
+    m_none->second = {};
 }
 
-bool KnobPicture::isFull() const
+qsizetype KnobPicture::sizeOfArcs() const
 {
-    constexpr qsizetype base = 32768;
-    const qsizetype most = base + m_image.sizeInBytes();
     qsizetype bytes = 0;
     for (const auto &[span, change] : m_arcs)
         bytes += change.sizeInBytes();
-    return bytes >= most;
+    return bytes;
+}
+
+qsizetype KnobPicture::mostSizeOfArcs() const
+{
+    constexpr qsizetype base = 32768;
+    return base + m_image.sizeInBytes();
 }
 
 QImage KnobPicture::painted(int arcSpan)

@@ -18,7 +18,7 @@ class QPainter;
 ///
 /// There is one image, with the arc of one value. Of every other value shown before is kept what
 /// its arc changes in the picture of the next smaller one, so that the image is led from any of
-/// them to any other, step by step. That takes no more than the image's memory and 32 KiB: enough
+/// them to any other, step by step. That takes about the image's memory and 32 KiB at most: enough
 /// for all values of a panel's knob.
 class KnobPicture
 {
@@ -30,8 +30,15 @@ public:
 
     KnobPicture(const KnobLook &look, const PlainGround &ground);
 
+    Q_DISABLE_COPY_MOVE(KnobPicture)
+
     /// The picture with a value arc of @p arcSpan, see KnobLook.
     const QImage &withArc(int arcSpan);
+
+    /// What the arcs that it knows take beside the image, in bytes.
+    qsizetype sizeOfArcs() const;
+    /// Beyond this it forgets them all. The last one may exceed it.
+    qsizetype mostSizeOfArcs() const;
 
 private:
     // By span: what makes the picture of it out of that of the span before.
@@ -41,7 +48,6 @@ private:
     void goTo(Arcs::iterator arc);
     Arcs::iterator learn(int arcSpan);
     void forgetArcs();
-    bool isFull() const;
     QImage painted(int arcSpan);
     QImage paintedWhole(int arcSpan) const;
     void prepare(QPainter &painter) const;

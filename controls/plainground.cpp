@@ -26,9 +26,10 @@ bool paintsAsItIs(const QPainter &painter)
         && painter.brushOrigin().isNull();
 }
 
+/// Only up: made smaller, what looks clear of each other may meet in one pixel.
 bool justPlacesAndScales(const QTransform &transform)
 {
-    return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
+    return transform.type() <= QTransform::TxScale && transform.m11() >= 1 && transform.m22() >= 1;
 }
 
 /// A pixel is one QRgb, and its colours have been multiplied by its alpha.

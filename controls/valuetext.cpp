@@ -37,11 +37,12 @@ ValueText::ValueText()
 
 const QFont &ValueText::font(const QString &family, int points)
 {
-    if (m_family != family || m_font.pointSize() != points) {
+    if (!m_font || m_family != family || m_points != points) {
         m_font = QFont(family, points);
         m_family = family;
+        m_points = points;
     }
-    return m_font;
+    return *m_font;
 }
 
 void ValueText::forget()

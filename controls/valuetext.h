@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTextLayout>
 
+#include <optional>
+
 class QPainter;
 
 /// A line of text in the middle of a rectangle. Painting the same again costs no second layout.
@@ -28,8 +30,9 @@ private:
     void prepare(const QPainter &painter);
     void layOut(const QString &text);
 
-    QFont m_font;
-    QString m_family; // m_font was made of; its own may be a list
+    std::optional<QFont> m_font;
+    QString m_family; // what m_font was made of; it may say otherwise itself
+    int m_points = 0;
     QTextLayout m_layout;
     int m_dpi = 0; // of the device that it is laid out for
     Qt::LayoutDirection m_direction = Qt::LayoutDirectionAuto;

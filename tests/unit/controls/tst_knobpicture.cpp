@@ -60,6 +60,7 @@ private slots:
     void goesWithTheLastOfThem();
     void showsEveryArcThatIsAskedFor();
     void showsEveryArcHoweverManyThereAre();
+    void forgetsArcsBeforeTheyTakeTooMuch();
     void aGroundIsPlainWhenItIsOfOneColour();
     void aGroundOfAnotherFormatIsNotPlain();
     void aTranslucentGroundIsNotPlain();
@@ -152,6 +153,24 @@ void tst_KnobPicture::showsEveryArcHoweverManyThereAre()
         const int again = past - i / 2 * stride % spans;
         QCOMPARE(picture.withArc(again), painted(phoneLook(), again));
     }
+}
+
+void tst_KnobPicture::forgetsArcsBeforeTheyTakeTooMuch()
+{
+    KnobPicture picture(phoneLook(), groundOn(groundImage()).value());
+    const qsizetype image = qsizetype{4} * extent.width() * extent.height();
+    QCOMPARE(picture.mostSizeOfArcs(), image + 32768);
+    QCOMPARE(picture.sizeOfArcs(), 0);
+    qsizetype most = 0;
+    bool hasForgotten = false;
+    for (int span = -4320; span <= 0; ++span) {
+        const qsizetype before = picture.sizeOfArcs();
+        picture.withArc(span);
+        hasForgotten = hasForgotten || picture.sizeOfArcs() < before / 2;
+        most = qMax(most, picture.sizeOfArcs());
+    }
+    QVERIFY(hasForgotten);
+    QVERIFY(most < picture.mostSizeOfArcs() + image);
 }
 
 void tst_KnobPicture::aGroundIsPlainWhenItIsOfOneColour()

@@ -74,6 +74,7 @@ class tst_KnobPixels : public KnobFixture
 private slots:
     void aMemberThatHasChangedShowsAtTheNextPaint_data();
     void aMemberThatHasChangedShowsAtTheNextPaint();
+    void aFontWithoutAFamilyOrSize();
     void everyPaintIsTheLiteralOne_data();
     void everyPaintIsTheLiteralOne();
     void everyWayFromValueToValue();
@@ -153,6 +154,21 @@ void tst_KnobPixels::aMemberThatHasChangedShowsAtTheNextPaint()
     change(literal);
     QCOMPARE(painted(knob, ground), painted(literal, ground));
     QCOMPARE(knob.textRect, literal.textRect);
+}
+
+void tst_KnobPixels::aFontWithoutAFamilyOrSize()
+{
+    for (const int points : {QFont().pointSize(), 0}) {
+        ObservedKnob knob(decibels, -20);
+        knob.fontFamily.clear();
+        knob.fontSize = points;
+        knob.setFont(QFont("Monospace", 20, QFont::Bold));
+        LiteralKnob literal;
+        literal.copy(knob);
+        literal.setFont(knob.font());
+        QCOMPARE(painted(knob, Ground()), painted(literal, Ground()));
+        QCOMPARE(knob.textRect, literal.textRect);
+    }
 }
 
 void tst_KnobPixels::everyPaintIsTheLiteralOne_data()
