@@ -62,7 +62,7 @@ int main(int argc, char *argv[])
         DeviceIoControl(device, VESMORA_READ_METER_DATA, nullptr, 0, &record, sizeof record,
                         &returned, nullptr);
         microphone->setText(text(record.levels[0]));
-        phone->setText(text((record.levels[2] + record.levels[3]) / 2.0));
+        phone->setText(text((static_cast<double>(record.levels[2]) + record.levels[3]) / 2));
     });
     presence.start(400);
     meters.start(500);
